@@ -1,0 +1,31 @@
+# Compiler settings of every target, in one place.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+option(ORVANTA_BENCHMARKS "Build the benchmarks" OFF)
+option(ORVANTA_FUZZERS "Build the fuzz targets (clang)" OFF)
+set(ORVANTA_SANITIZERS "" CACHE STRING "Value for -fsanitize=, empty for none")
+
+find_program(CCACHE ccache)
+if(CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(orvanta_build_flags INTERFACE)
+target_compile_options(orvanta_build_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+    -Wold-style-cast -Woverloaded-virtual -Wcast-qual -Wdouble-promotion -Wnull-dereference
+    -Werror
+    # The audible result must not depend on the instruction set, so no fused multiply-add.
+    -ffp-contract=off)
+if(ORVANTA_SANITIZERS)
+    add_compile_options(-fsanitize=${ORVANTA_SANITIZERS} -fno-omit-frame-pointer
+                        -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${ORVANTA_SANITIZERS})
+    # GCC 12 warns falsely of null once the sanitizers' own checks are in the code.
+    target_compile_options(orvanta_build_flags INTERFACE -Wno-null-dereference)
+endif()

@@ -1,0 +1,65 @@
+#!/usr/bin/env bash
+# Installs what a fresh Debian 12 lacks for Orvanta, group by group: to build it, to run it and its
+# tests against a private audio server, to check the sources, and for the other compiler with its
+# sanitizers. Asks the network only when something is missing.
+set -euo pipefail
+
+build=(
+    cmake g++ gcc ninja-build pkg-config
+    libbenchmark-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
+    libpipewire-0.3-dev libsndfile1-dev libspa-0.2-dev
+)
+# A private audio server, players that speak each of its protocols, and what draws a picture.
+run=(
+    libspa-0.2-modules pipewire pipewire-alsa pipewire-bin pipewire-pulse wireplumber
+    alsa-utils pulseaudio-utils sox libsox-fmt-alsa libsox-fmt-base mpv
+    gnuplot-nox procps python3 python3-numpy
+)
+test=(ccache clang-format git python3)
+full=(clang clang-tidy libclang-rt-dev llvm)
+
+usage() {
+    echo "usage: ${0##*/} GROUP...   (of: build run test full)" >&2
+    exit 2
+}
+
+is_installed() {
+    [[ "$(dpkg-query --show --showformat '${db:Status-Status}' "$1" 2>/dev/null)" == installed ]]
+}
+
+(($# > 0)) || usage
+wanted=()
+for group in "$@"; do
+    case "$group" in
+    build) wanted+=("${build[@]}") ;;
+    run) wanted+=("${run[@]}") ;;
+    test) wanted+=("${test[@]}") ;;
+    full) wanted+=("${full[@]}") ;;
+    *) usage ;;
+    esac
+done
+
+missing=()
+for package in "${wanted[@]}"; do
+    is_installed "$package" || missing+=("$package")
+done
+if ((${#missing[@]} == 0)); then
+    exit 0
+fi
+
+if ! command -v apt-get >/dev/null; then
+    echo "Not a Debian system. Please install the counterparts of: ${missing[*]}" >&2
+    exit 1
+fi
+as_root=()
+if ((EUID != 0)); then
+    as_root=(sudo)
+fi
+apt() {
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get --option Acquire::Retries=3 \
+        --option DPkg::Lock::Timeout=300 "$@" </dev/null
+}
+
+echo "Installing: ${missing[*]}"
+apt --quiet --quiet update
+apt --quiet --quiet --yes --no-install-recommends install "${missing[@]}"
