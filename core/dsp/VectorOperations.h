@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+
+/// Operations on vectors of 32-bit floats. A stride counts elements; `c` may be one of the inputs.
+/// Everything here is safe on an IO thread.
+namespace orvanta::vDSP {
+
+/// c[k*sc] = a[k*sa] * scalar for k in 0 ..< n.
+void vsmul(const float* a, std::ptrdiff_t sa, float scalar, float* c, std::ptrdiff_t sc,
+           std::size_t n) noexcept;
+
+/// c[k*sc] = a[k*sa] * scalar + b[k*sb].
+void vsma(const float* a, std::ptrdiff_t sa, float scalar, const float* b, std::ptrdiff_t sb,
+          float* c, std::ptrdiff_t sc, std::size_t n) noexcept;
+
+/// c[k*sc] = a[k*sa] + b[k*sb].
+void vadd(const float* a, std::ptrdiff_t sa, const float* b, std::ptrdiff_t sb, float* c,
+          std::ptrdiff_t sc, std::size_t n) noexcept;
+
+/// c[k] = a[k], but 0 for elements that are no finite number. `c` must not overlap `a`.
+void copyFinite(const float* a, float* c, std::size_t n) noexcept;
+
+/// The largest absolute value of n adjacent elements, 0 for none. Elements that are no finite
+/// number count as 0, so that one bad sample of a program cannot live on in a meter.
+float maxmgv(const float* a, std::size_t n) noexcept;
+
+/// The square root of the mean of the squares of n adjacent elements, 0 for none. Elements that are
+/// no finite number count as 0; the result is finite for every input. Partial sums run in several
+/// lanes, so the last bits differ from a sum from left to right.
+float rmsqv(const float* a, std::size_t n) noexcept;
+
+} // namespace orvanta::vDSP

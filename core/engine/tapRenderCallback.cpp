@@ -1,0 +1,248 @@
+#include "core/engine/tapRenderCallback.h"
+
+#include "core/dsp/FlushDenormals.h"
+#include "core/dsp/VectorOperations.h"
+#include "core/platform/RealTimeSection.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace orvanta {
+namespace {
+
+/// Meters look at no more of a buffer than this.
+constexpr std::size_t kMeasuredSamples = 4096;
+/// Callbacks in a row that must be silent before the costly stages are passed over, and where their
+/// count stops.
+constexpr std::int32_t kSilentCallbacksBeforeBypass = 10;
+constexpr std::int32_t kHighestSilentCount = 20;
+constexpr float kSilentPeak = 0.000001F;
+constexpr float kSilentRMS = 0.00000001F;
+constexpr std::uint64_t kCallbacksPerInputPeak = 100;
+
+constexpr float kPeakDecay = 0.85F;
+constexpr float kRmsKept = 0.7F;
+constexpr float kRmsTaken = 0.3F;
+
+constexpr float kGateStep = 0.02F;
+/// A gain between these, both included, passes the signal bit by bit.
+constexpr float kUnityFrom = 0.999F;
+constexpr float kUnityTo = 1.001F;
+constexpr float kCentredBalance = 0.01F;
+
+/// What one callback knows once: its two sides, how many buffers pair, and the gain for all of it.
+struct Cycle {
+    TapState& state;
+    std::span<AudioBuffer> in;
+    std::span<AudioBuffer> out;
+    std::size_t pairCount;
+    float gain;
+};
+
+/// The measurement of the first output buffer, raw.
+struct Levels {
+    float rms;
+    std::size_t samples;
+};
+
+void reportFirstCallback(const Cycle& cycle) noexcept {
+    if (cycle.state.callbackCount.load() != 0)
+        return;
+    FirstCallback record;
+    if (!cycle.in.empty()) {
+        record.inSamples = static_cast<long>(cycle.in[0].sampleCount());
+        record.inChannels = static_cast<long>(cycle.in[0].mNumberChannels);
+    }
+    if (!cycle.out.empty()) {
+        record.outSamples = static_cast<long>(cycle.out[0].sampleCount());
+        record.outChannels = static_cast<long>(cycle.out[0].mNumberChannels);
+    }
+    record.inBuffers = static_cast<long>(cycle.in.size());
+    record.outBuffers = static_cast<long>(cycle.out.size());
+    cycle.state.firstCallbackLog.post(record);
+}
+
+void runEffects(TapState& state, float* samples, std::size_t count, std::size_t channel) noexcept {
+    if (!state.limiterEnabled.load())
+        return;
+    if (LimiterProcessor* const limiter = state.limiter.borrow())
+        limiter->process(samples, count, channel);
+}
+
+/// Attenuates the side the balance points away from; never boosts. A lone mono buffer has no sides.
+void applyBalance(const Cycle& cycle, std::size_t index, std::size_t sampleCount) noexcept {
+    const float balance = cycle.state.balance.load();
+    if (!(std::fabs(balance) > kCentredBalance))
+        return;
+    float* const samples = cycle.out[index].samples();
+    const std::size_t channels = cycle.out[index].mNumberChannels;
+    if (channels >= 2) {
+        const auto stride = static_cast<std::ptrdiff_t>(channels);
+        const std::size_t frames = sampleCount / channels;
+        const float left = std::min(1.0F - balance, 1.0F);
+        const float right = std::min(1.0F + balance, 1.0F);
+        if (left < kUnityFrom)
+            vDSP::vsmul(samples, stride, left, samples, stride, frames);
+        if (right < kUnityFrom)
+            vDSP::vsmul(samples + 1, stride, right, samples + 1, stride, frames);
+    } else if (cycle.pairCount > 1) {
+        const float gain = index == 0 ? 1.0F - balance : 1.0F + balance;
+        if (gain < kUnityFrom)
+            vDSP::vsmul(samples, 1, gain, samples, 1, sampleCount);
+    }
+}
+
+/// Takes over what both sides have room for; answers the whole samples of it. A sample that is no
+/// finite number becomes silence here, once for the whole chain: no filter memory, no meter and no
+/// device ever sees it. Finite samples keep every bit.
+std::size_t copyInput(const AudioBuffer& input, const AudioBuffer& output) noexcept {
+    const std::size_t bytes = std::min(input.mDataByteSize, output.mDataByteSize);
+    const std::size_t sampleCount = bytes / sizeof(float);
+    const std::size_t sampleBytes = sampleCount * sizeof(float);
+    vDSP::copyFinite(input.samples(), output.samples(), sampleCount);
+    std::memcpy(static_cast<char*>(output.mData) + sampleBytes,
+                static_cast<const char*>(input.mData) + sampleBytes, bytes - sampleBytes);
+    return sampleCount;
+}
+
+void renderPair(const Cycle& cycle, std::size_t index) noexcept {
+    const AudioBuffer& input = cycle.in[index];
+    const AudioBuffer& output = cycle.out[index];
+    if (input.mData == nullptr || output.mData == nullptr)
+        return;
+
+    const std::size_t sampleCount = copyInput(input, output);
+    float* const samples = output.samples();
+    if (cycle.gain < kUnityFrom || cycle.gain > kUnityTo)
+        vDSP::vsmul(samples, 1, cycle.gain, samples, 1, sampleCount);
+    if (cycle.state.silentCallbackCount.load() < kSilentCallbacksBeforeBypass)
+        runEffects(cycle.state, samples, sampleCount, index);
+    applyBalance(cycle, index, sampleCount);
+}
+
+void updateCounters(const Cycle& cycle) noexcept {
+    TapState& state = cycle.state;
+    const std::uint64_t count = state.callbackCount.load() + 1;
+    state.callbackCount.store(count);
+    state.diagInBufCount.store(static_cast<std::int64_t>(cycle.in.size()));
+    state.diagCopyCount.store(static_cast<std::int64_t>(cycle.pairCount));
+    if (cycle.in.empty())
+        return;
+    const AudioBuffer& first = cycle.in[0];
+    state.diagInBufBytes.store(first.mDataByteSize);
+    state.diagInBufSamples.store(static_cast<std::int64_t>(first.sampleCount()));
+    if (count % kCallbacksPerInputPeak == 0 && first.mData != nullptr && first.sampleCount() != 0)
+        state.diagInPeak.store(
+            vDSP::maxmgv(first.samples(), std::min(first.sampleCount(), kMeasuredSamples)));
+}
+
+/// Publishes the levels of the first output buffer and keeps the count of silent callbacks.
+Levels measure(TapState& state, const AudioBuffer& buffer) noexcept {
+    const std::size_t samples = std::min(buffer.sampleCount(), kMeasuredSamples);
+    const float rms = vDSP::rmsqv(buffer.samples(), samples);
+    const float peak = vDSP::maxmgv(buffer.samples(), samples);
+
+    const float peakLevel = std::max(peak, state.peakLevel.load() * kPeakDecay);
+    const float rmsLevel = state.rmsLevel.load() * kRmsKept + rms * kRmsTaken;
+    state.peakLevel.store(peakLevel < kSilentPeak ? 0.0F : peakLevel);
+    state.rmsLevel.store(rmsLevel < kSilentRMS ? 0.0F : rmsLevel);
+
+    const std::int32_t silent = state.silentCallbackCount.load();
+    state.silentCallbackCount.store(
+        peak >= kSilentPeak ? 0 : std::min(silent + 1, kHighestSilentCount));
+    return {rms, samples};
+}
+
+/// Opens on the first block at or above the threshold, closes when the hold has run out; answers
+/// the gain to move towards.
+float updateGate(TapState& state, const Levels& levels) noexcept {
+    if (levels.rms >= state.noiseGateThresholdLinear.load()) {
+        state.gateSilentCount.store(0);
+        state.gateOpen.store(true);
+        return 1.0F;
+    }
+    const std::uint64_t silentCount = state.gateSilentCount.load() + levels.samples;
+    state.gateSilentCount.store(silentCount);
+    if (silentCount >= state.gateHoldSamples)
+        state.gateOpen.store(false);
+    return state.gateOpen.load() ? 1.0F : 0.0F;
+}
+
+/// One step a callback, whatever its length, and one gain for the whole of it.
+void applyGate(const Cycle& cycle, const Levels& levels) noexcept {
+    TapState& state = cycle.state;
+    const float target = updateGate(state, levels);
+    float gain = state.gateFadeGain.load();
+    gain = gain < target ? std::min(gain + kGateStep, target) : std::max(gain - kGateStep, target);
+    state.gateFadeGain.store(gain);
+    if (!(gain < kUnityFrom))
+        return;
+    for (const AudioBuffer& buffer : cycle.out.first(cycle.pairCount))
+        if (buffer.mData != nullptr)
+            vDSP::vsmul(buffer.samples(), 1, gain, buffer.samples(), 1, buffer.sampleCount());
+}
+
+void meterAndGate(const Cycle& cycle) noexcept {
+    if (cycle.pairCount == 0 || cycle.out[0].mData == nullptr || cycle.out[0].sampleCount() == 0)
+        return;
+    const Levels levels = measure(cycle.state, cycle.out[0]);
+    if (cycle.state.noiseGateEnabled.load())
+        applyGate(cycle, levels);
+}
+
+void clearSpareOutputs(const Cycle& cycle) noexcept {
+    for (const AudioBuffer& buffer : cycle.out.subspan(cycle.pairCount))
+        if (buffer.mData != nullptr)
+            std::memset(buffer.mData, 0, buffer.mDataByteSize);
+}
+
+void render(const Cycle& cycle) noexcept {
+    reportFirstCallback(cycle);
+    if (!cycle.out.empty())
+        cycle.state.diagOutBufSamples.store(static_cast<std::int64_t>(cycle.out[0].sampleCount()));
+    for (std::size_t index = 0; index < cycle.pairCount; ++index)
+        renderPair(cycle, index);
+    updateCounters(cycle);
+    meterAndGate(cycle);
+    clearSpareOutputs(cycle);
+}
+
+std::span<AudioBuffer> buffersOf(const AudioBufferList* list) noexcept {
+    return list == nullptr ? std::span<AudioBuffer>{} : list->mBuffers;
+}
+
+} // namespace
+
+OSStatus tapRenderCallback(const AudioBufferList* input, AudioBufferList* output,
+                           const AudioCallbackRef* clientData) noexcept {
+    if (clientData == nullptr)
+        return noErr;
+    const RealTimeSection realTime;
+    const FlushDenormals flush;
+    // The cell's own reference keeps the state alive: the cell is freed only after the device has
+    // stopped, which waits for this callback. Taking one more here could make this thread the last
+    // owner, and an IO thread frees nothing.
+    TapState& state = *clientData->state;
+    const CallbackEpoch::Callback inCallback(state.epoch);
+
+    const auto in = buffersOf(input);
+    const auto out = buffersOf(output);
+    const float gain = state.isMuted.load() ? 0.0F : state.volume.load();
+    render({state, in, out, std::min(in.size(), out.size()), gain});
+    return noErr;
+}
+
+OSStatus tapIOProc(AudioObjectID /*device*/, const AudioTimeStamp* /*now*/,
+                   const AudioBufferList* input, const AudioTimeStamp* /*inputTime*/,
+                   AudioBufferList* output, const AudioTimeStamp* /*outputTime*/,
+                   void* clientData) noexcept {
+    return tapRenderCallback(input, output, static_cast<const AudioCallbackRef*>(clientData));
+}
+
+bool tapIsAtRest(const void* clientData) noexcept {
+    return clientData == nullptr ||
+           static_cast<const AudioCallbackRef*>(clientData)->state->isAtRest();
+}
+
+} // namespace orvanta

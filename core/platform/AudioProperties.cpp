@@ -1,0 +1,79 @@
+#include "core/platform/AudioProperties.h"
+
+#include <algorithm>
+
+namespace orvanta {
+namespace {
+
+template <class Value>
+std::optional<Value> readValue(AudioHardware& hardware, AudioObjectID object,
+                               const AudioObjectPropertyAddress& address) {
+    Value value{};
+    std::uint32_t size = sizeof(Value);
+    if (hardware.getPropertyData(object, address, size, &value) != noErr || size < sizeof(Value))
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+std::optional<std::uint32_t> readUInt32(AudioHardware& hardware, AudioObjectID object,
+                                        const AudioObjectPropertyAddress& address) {
+    return readValue<std::uint32_t>(hardware, object, address);
+}
+
+std::optional<std::int32_t> readInt32(AudioHardware& hardware, AudioObjectID object,
+                                      const AudioObjectPropertyAddress& address) {
+    return readValue<std::int32_t>(hardware, object, address);
+}
+
+std::optional<float> readFloat32(AudioHardware& hardware, AudioObjectID object,
+                                 const AudioObjectPropertyAddress& address) {
+    return readValue<float>(hardware, object, address);
+}
+
+std::optional<double> readFloat64(AudioHardware& hardware, AudioObjectID object,
+                                  const AudioObjectPropertyAddress& address) {
+    return readValue<double>(hardware, object, address);
+}
+
+std::optional<std::string> readString(AudioHardware& hardware, AudioObjectID object,
+                                      const AudioObjectPropertyAddress& address) {
+    std::optional<std::string> text;
+    if (hardware.getStringProperty(object, address, text) != noErr)
+        return std::nullopt;
+    return text;
+}
+
+std::vector<AudioObjectID> readObjectList(AudioHardware& hardware, AudioObjectID object,
+                                          const AudioObjectPropertyAddress& address) {
+    std::uint32_t size = 0;
+    if (hardware.getPropertyDataSize(object, address, size) != noErr ||
+        size < sizeof(AudioObjectID))
+        return {};
+    std::vector<AudioObjectID> objects(size / sizeof(AudioObjectID), kAudioObjectUnknown);
+    size = static_cast<std::uint32_t>(objects.size() * sizeof(AudioObjectID));
+    if (hardware.getPropertyData(object, address, size, objects.data()) != noErr)
+        return {};
+    // The list may have become shorter between the two calls.
+    objects.resize(std::min(objects.size(), size / sizeof(AudioObjectID)));
+    return objects;
+}
+
+std::optional<AudioStreamBasicDescription> readTapFormat(AudioHardware& hardware,
+                                                         AudioObjectID tap) {
+    return readValue<AudioStreamBasicDescription>(hardware, tap, {kAudioTapPropertyFormat});
+}
+
+std::vector<AudioObjectID> deviceList(AudioHardware& hardware) {
+    return readObjectList(hardware, kAudioObjectSystemObject, {kAudioHardwarePropertyDevices});
+}
+
+AudioObjectID findDeviceID(AudioHardware& hardware, const std::string& uid) {
+    for (const AudioObjectID device : deviceList(hardware))
+        if (readString(hardware, device, {kAudioDevicePropertyDeviceUID}) == uid)
+            return device;
+    return kAudioObjectUnknown;
+}
+
+} // namespace orvanta

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "core/platform/AudioHardware.h"
+#include "core/platform/ProcessTable.h"
+#include "core/platform/SystemLog.h"
+#include "core/platform/Workspace.h"
+
+namespace orvanta {
+
+/// Everything the core asks of the world. A program builds it once; the core's constructors take
+/// it; what it refers to outlives them.
+struct Platform {
+    AudioHardware& audioHardware;
+    ProcessTable& processTable;
+    Workspace& workspace;
+    SystemLog& systemLog;
+};
+
+} // namespace orvanta

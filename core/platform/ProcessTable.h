@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace orvanta {
+
+/// What the operating system knows of processes by their id.
+class ProcessTable {
+public:
+    ProcessTable() = default;
+    ProcessTable(const ProcessTable&) = delete;
+    ProcessTable& operator=(const ProcessTable&) = delete;
+    virtual ~ProcessTable() = default;
+
+    /// The program's own process.
+    [[nodiscard]] virtual std::int32_t ownPID() const = 0;
+
+    /// proc_name: the system's short name, at most 16 characters; nothing for an unknown process
+    /// or an empty name.
+    [[nodiscard]] virtual std::optional<std::string> name(std::int32_t pid) const = 0;
+
+    /// proc_pidpath: path of the executable; nothing when it cannot be read.
+    [[nodiscard]] virtual std::optional<std::string> path(std::int32_t pid) const = 0;
+
+    /// pbi_ppid of proc_pidinfo; nothing when it cannot be read.
+    [[nodiscard]] virtual std::optional<std::int32_t> parent(std::int32_t pid) const = 0;
+};
+
+} // namespace orvanta
