@@ -1,0 +1,107 @@
+#include "platform/linux/ProcProcessTable.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace orvanta {
+namespace {
+
+constexpr std::size_t kMaximumNameLength = 16;
+
+/// What the kernel appends to the path of an executable whose file is gone.
+constexpr std::string_view kDeletedMark = " (deleted)";
+
+std::optional<std::string> contents(const std::filesystem::path& file) {
+    // Neither of the files read here comes near a page.
+    constexpr std::size_t kMaximumSize = 4096;
+    std::ifstream stream(file, std::ios::binary);
+    std::string text(kMaximumSize, '\0');
+    if (!stream || stream.read(text.data(), kMaximumSize).bad())
+        return std::nullopt;
+    text.resize(static_cast<std::size_t>(stream.gcount()));
+    return text;
+}
+
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+/// Bytes of the UTF-8 character that begins with `lead`; 1 for bytes that begin none.
+std::size_t characterLength(char lead) {
+    const auto byte = static_cast<unsigned char>(lead);
+    if (byte >= 0xF0U)
+        return 4;
+    if (byte >= 0xE0U)
+        return 3;
+    return byte >= 0xC0U ? 2 : 1;
+}
+
+std::string_view withoutCutCharacter(std::string_view text) {
+    const auto lead = std::find_if_not(text.rbegin(), text.rend(), isContinuation);
+    if (lead == text.rend())
+        return text;
+    const auto present = static_cast<std::size_t>(lead - text.rbegin()) + 1;
+    if (present < characterLength(*lead))
+        text.remove_suffix(present);
+    return text;
+}
+
+} // namespace
+
+ProcProcessTable::ProcProcessTable(std::filesystem::path root) : root_(std::move(root)) {}
+
+std::int32_t ProcProcessTable::ownPID() const {
+    return getpid();
+}
+
+std::optional<std::string> ProcProcessTable::name(std::int32_t pid) const {
+    const auto line = contents(entry(pid, "comm"));
+    if (!line)
+        return std::nullopt;
+    std::string_view name = *line;
+    if (name.ends_with('\n'))
+        name.remove_suffix(1);
+    name = withoutCutCharacter(name.substr(0, kMaximumNameLength));
+    if (name.empty())
+        return std::nullopt;
+    return std::string(name);
+}
+
+std::optional<std::string> ProcProcessTable::path(std::int32_t pid) const {
+    std::error_code error;
+    std::string path = std::filesystem::read_symlink(entry(pid, "exe"), error).string();
+    if (error || path.empty())
+        return std::nullopt;
+    if (path.ends_with(kDeletedMark) && !std::filesystem::exists(path, error))
+        path.resize(path.size() - kDeletedMark.size());
+    return path;
+}
+
+std::optional<std::int32_t> ProcProcessTable::parent(std::int32_t pid) const {
+    const auto line = contents(entry(pid, "stat"));
+    if (!line)
+        return std::nullopt;
+    // "pid (name) state ppid …": the name may itself hold parentheses and spaces, so the last
+    // closing one ends it.
+    const std::size_t nameEnd = line->rfind(") ");
+    constexpr std::size_t kFromNameEndToParent = std::string_view(") S ").size();
+    if (nameEnd == std::string::npos || nameEnd + kFromNameEndToParent >= line->size())
+        return std::nullopt;
+    std::int32_t parent = 0;
+    const char* const begin = line->data() + nameEnd + kFromNameEndToParent;
+    const auto result = std::from_chars(begin, line->data() + line->size(), parent);
+    if (result.ec != std::errc())
+        return std::nullopt;
+    return parent;
+}
+
+std::filesystem::path ProcProcessTable::entry(std::int32_t pid, const char* file) const {
+    return root_ / std::to_string(pid) / file;
+}
+
+} // namespace orvanta
