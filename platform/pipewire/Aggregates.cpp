@@ -1,0 +1,229 @@
+#include "platform/pipewire/Aggregates.h"
+
+#include <algorithm>
+
+namespace orvanta::pipewire {
+namespace {
+
+/// How long to wait for the links to the device. Without them the program would play into nothing
+/// for as long as the server takes to make them.
+constexpr std::chrono::milliseconds kLinkBound{500};
+
+} // namespace
+
+struct Aggregates::IOProc {
+    AudioDeviceIOProcID id = nullptr;
+    CycleClient client;
+};
+
+struct Aggregates::Aggregate {
+    AudioObjectID id = kAudioObjectUnknown;
+    AggregateDeviceDescription description;
+    std::string deviceUID;
+    std::shared_ptr<Tap> tap;
+    std::vector<std::unique_ptr<IOProc>> procs;
+    AudioDeviceIOProcID started = nullptr;
+    AudioObjectID inputStream = kAudioObjectUnknown;
+    AudioObjectID outputStream = kAudioObjectUnknown;
+    AudioObjectID activeDevice = kAudioObjectUnknown;
+};
+
+Aggregates::Aggregates(Surroundings& surroundings, Taps& taps)
+    : surroundings_(surroundings), taps_(taps) {}
+
+Aggregates::~Aggregates() = default;
+
+OSStatus Aggregates::create(const AggregateDeviceDescription& description,
+                            AudioObjectID& outDevice) {
+    if (description.taps.size() != 1 || description.subDevices.size() != 1)
+        return kAudioHardwareIllegalOperationError;
+    if (!surroundings_.connection.hasAnswered())
+        return kAudioHardwareNotRunningError;
+    const std::shared_ptr<Tap> tap = taps_.withUUID(description.taps[0]);
+    if (tap == nullptr)
+        return kAudioHardwareBadObjectError;
+    const std::string& uid = description.subDevices[0];
+    const AudioObjectID device = surroundings_.devices.deviceWithUID(uid);
+    if (device == kAudioObjectUnknown)
+        return kAudioHardwareBadDeviceError;
+    const auto plays = [&](const auto& entry) {
+        return entry.second->tap == tap;
+    };
+    if (std::any_of(aggregates_.begin(), aggregates_.end(), plays))
+        return kAudioHardwareIllegalOperationError;
+
+    auto aggregate = std::make_unique<Aggregate>();
+    aggregate->id = surroundings_.ids.next();
+    aggregate->description = description;
+    aggregate->deviceUID = uid;
+    aggregate->tap = tap;
+    aggregate->inputStream = surroundings_.ids.next();
+    aggregate->outputStream = surroundings_.ids.next();
+    aggregate->activeDevice = device;
+    const AudioObjectID id = aggregate->id;
+    aggregates_[id] = std::move(aggregate);
+    tap->playOn(uid);
+    surroundings_.loop.waitFor([&] { return tap->isLinked(); }, kLinkBound);
+    outDevice = id;
+    tellOfDevices();
+    return noErr;
+}
+
+OSStatus Aggregates::destroy(AudioObjectID device) {
+    Aggregate* aggregate = find(device);
+    if (aggregate == nullptr)
+        return kAudioHardwareBadObjectError;
+    stop(*aggregate);
+    aggregate->tap->playNowhere();
+    aggregates_.erase(device);
+    // The tap may have been destroyed before, and then goes now.
+    taps_.update();
+    tellOfDevices();
+    return noErr;
+}
+
+void Aggregates::destroyAll() {
+    for (const AudioObjectID id : list())
+        destroy(id);
+}
+
+OSStatus Aggregates::createIOProc(AudioObjectID device, const AudioDeviceIOClient& client,
+                                  AudioDeviceIOProcID& outProcID) {
+    Aggregate* aggregate = find(device);
+    if (aggregate == nullptr)
+        return kAudioHardwareBadObjectError;
+    if (client.proc == nullptr)
+        return kAudioHardwareIllegalOperationError;
+    auto proc = std::make_unique<IOProc>();
+    proc->id = reinterpret_cast<AudioDeviceIOProcID>(&procTokens_.emplace_back());
+    proc->client = {device, client};
+    outProcID = proc->id;
+    aggregate->procs.push_back(std::move(proc));
+    return noErr;
+}
+
+OSStatus Aggregates::destroyIOProc(AudioObjectID device, AudioDeviceIOProcID procID) {
+    Aggregate* aggregate = find(device);
+    if (aggregate == nullptr)
+        return kAudioHardwareBadObjectError;
+    if (find(*aggregate, procID) == nullptr)
+        return kAudioHardwareIllegalOperationError;
+    if (const OSStatus status = stop(device, procID); status != noErr)
+        return status;
+    std::erase_if(aggregate->procs, [&](const auto& proc) { return proc->id == procID; });
+    return noErr;
+}
+
+OSStatus Aggregates::start(AudioObjectID device, AudioDeviceIOProcID procID) {
+    Aggregate* aggregate = find(device);
+    if (aggregate == nullptr)
+        return kAudioHardwareBadObjectError;
+    const IOProc* proc = find(*aggregate, procID);
+    if (proc == nullptr)
+        return kAudioHardwareIllegalOperationError;
+    Tap& tap = *aggregate->tap;
+    if (aggregate->started == procID) {
+        tap.silentCycles().wake();
+        return noErr;
+    }
+    if (aggregate->started != nullptr)
+        return kAudioHardwareIllegalOperationError;
+    if (!surroundings_.connection.hasAnswered())
+        return kAudioHardwareNotRunningError;
+    aggregate->started = procID;
+    tap.cycle().start(&proc->client);
+    tap.silentCycles().wake();
+    tap.claimStreams();
+    return noErr;
+}
+
+OSStatus Aggregates::stop(AudioObjectID device, AudioDeviceIOProcID procID) {
+    Aggregate* aggregate = find(device);
+    if (aggregate == nullptr)
+        return kAudioHardwareBadObjectError;
+    if (find(*aggregate, procID) == nullptr)
+        return kAudioHardwareIllegalOperationError;
+    if (aggregate->started == procID)
+        stop(*aggregate);
+    return noErr;
+}
+
+void Aggregates::stop(Aggregate& aggregate) {
+    if (std::exchange(aggregate.started, nullptr) == nullptr)
+        return;
+    aggregate.tap->cycle().stop([&] {
+        surroundings_.logger.error("An IOProc of device %u does not return, waiting for it",
+                                   aggregate.id);
+    });
+}
+
+void Aggregates::update() {
+    for (const auto& [id, aggregate] : aggregates_) {
+        const AudioObjectID device = aggregate->tap->hasDevice()
+                                         ? surroundings_.devices.deviceWithUID(aggregate->deviceUID)
+                                         : kAudioObjectUnknown;
+        if (std::exchange(aggregate->activeDevice, device) != device)
+            surroundings_.listeners.notify(id, {kAudioAggregateDevicePropertyActiveSubDeviceList});
+    }
+}
+
+void Aggregates::tellOfDevices() const {
+    surroundings_.listeners.notify(kAudioObjectSystemObject, {kAudioHardwarePropertyDevices});
+}
+
+std::vector<AudioObjectID> Aggregates::list() const {
+    std::vector<AudioObjectID> ids;
+    for (const auto& [id, aggregate] : aggregates_)
+        ids.push_back(id);
+    return ids;
+}
+
+bool Aggregates::contains(AudioObjectID object) const {
+    return aggregates_.contains(object);
+}
+
+std::optional<PropertyAnswer> Aggregates::read(AudioObjectID object,
+                                               const AudioObjectPropertyAddress& address,
+                                               double rate) const {
+    const Aggregate* aggregate = find(object);
+    if (aggregate == nullptr)
+        return std::nullopt;
+    using List = std::vector<AudioObjectID>;
+    switch (address.mSelector) {
+    case kAudioDevicePropertyDeviceUID:
+        return PropertyAnswer::of(aggregate->description.uid);
+    case kAudioObjectPropertyName:
+        return PropertyAnswer::of(aggregate->description.name);
+    case kAudioDevicePropertyTransportType:
+        return PropertyAnswer::of(kAudioDeviceTransportTypeAggregate);
+    case kAudioDevicePropertyNominalSampleRate: {
+        const std::uint32_t lastRate = aggregate->tap->cycle().rate();
+        return PropertyAnswer::of(lastRate != 0 ? static_cast<double>(lastRate) : rate);
+    }
+    case kAudioDevicePropertyStreams:
+        if (address.mScope == kAudioObjectPropertyScopeInput)
+            return PropertyAnswer::of(List{aggregate->inputStream});
+        if (address.mScope == kAudioObjectPropertyScopeOutput)
+            return PropertyAnswer::of(List{aggregate->outputStream});
+        return PropertyAnswer::of(List{aggregate->inputStream, aggregate->outputStream});
+    case kAudioAggregateDevicePropertyActiveSubDeviceList:
+        if (aggregate->activeDevice == kAudioObjectUnknown)
+            return PropertyAnswer::of(List{});
+        return PropertyAnswer::of(List{aggregate->activeDevice});
+    default:
+        return PropertyAnswer{};
+    }
+}
+
+Aggregates::Aggregate* Aggregates::find(AudioObjectID device) const {
+    const auto found = aggregates_.find(device);
+    return found == aggregates_.end() ? nullptr : found->second.get();
+}
+
+Aggregates::IOProc* Aggregates::find(const Aggregate& aggregate, AudioDeviceIOProcID procID) {
+    const auto found = std::find_if(aggregate.procs.begin(), aggregate.procs.end(),
+                                    [&](const auto& proc) { return proc->id == procID; });
+    return found == aggregate.procs.end() ? nullptr : found->get();
+}
+
+} // namespace orvanta::pipewire

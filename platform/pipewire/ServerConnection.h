@@ -1,0 +1,94 @@
+#pragma once
+
+#include "core/platform/Logger.h"
+#include "platform/pipewire/ControlLoop.h"
+
+#include <spa/utils/hook.h>
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+struct pw_core;
+
+namespace orvanta::pipewire {
+
+/// What happens to the connection. Called with the lock held, on the control thread.
+class ConnectionListener {
+public:
+    ConnectionListener() = default;
+    ConnectionListener(const ConnectionListener&) = delete;
+    ConnectionListener& operator=(const ConnectionListener&) = delete;
+    virtual ~ConnectionListener() = default;
+
+    /// A server was reached: `core` takes requests.
+    virtual void serverConnected(pw_core* core) = 0;
+    /// The server has told everything that was there when it was reached.
+    virtual void serverAnswered() = 0;
+    /// The server is gone. `core` is still there to destroy proxies with and no use otherwise.
+    virtual void serverLost() = 0;
+};
+
+/// Keeps a connection to the server, and tries again for as long as there is none.
+class ServerConnection {
+public:
+    ServerConnection(ControlLoop& loop, std::string remoteName, std::string applicationName,
+                     ConnectionListener& listener, const Logger& logger);
+    ~ServerConnection();
+    ServerConnection(const ServerConnection&) = delete;
+    ServerConnection& operator=(const ServerConnection&) = delete;
+
+    /// False where the system had no descriptors left for the timers: then no server is reached.
+    [[nodiscard]] bool isUsable() const {
+        return retry_.isUsable() && loss_.isUsable() && silence_.isUsable();
+    }
+
+    /// Null while there is no server.
+    [[nodiscard]] pw_core* core() const { return core_; }
+
+    /// Whether the server has told everything that was there when it was reached.
+    [[nodiscard]] bool hasAnswered() const { return core_ != nullptr && roundsLeft_ == 0; }
+
+    /// Whether there is nothing to wait for: the server has answered, or there is none.
+    [[nodiscard]] bool isSettled() const {
+        return attempted_ && (core_ == nullptr || hasAnswered());
+    }
+
+    /// How many times a server was reached.
+    [[nodiscard]] std::uint64_t connections() const { return connections_; }
+
+    /// What the server does by default, in Hz; 0 while it is not known.
+    [[nodiscard]] std::uint32_t defaultRate() const { return defaultRate_; }
+
+private:
+    friend struct ConnectionEvents;
+
+    void connect();
+    void lose();
+    void roundDone(int sequence);
+    void probe();
+    void probeDone(int sequence);
+    void failed(std::uint32_t id, int result, const char* message);
+
+    ControlLoop& loop_;
+    std::string remoteName_;
+    std::string applicationName_;
+    ConnectionListener& listener_;
+    const Logger& logger_;
+    ControlTimer retry_;
+    ControlTimer loss_;
+    /// Runs while a server that reported an error about the connection has not answered since.
+    ControlTimer silence_;
+    std::optional<int> probe_;
+    int failures_ = 0;
+    std::uint64_t connections_ = 0;
+    pw_core* core_ = nullptr;
+    spa_hook coreHook_{};
+    bool attempted_ = false;
+    bool absenceLogged_ = false;
+    int roundsLeft_ = 0;
+    int sequence_ = 0;
+    std::uint32_t defaultRate_ = 0;
+};
+
+} // namespace orvanta::pipewire

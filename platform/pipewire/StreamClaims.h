@@ -1,0 +1,74 @@
+#pragma once
+
+#include "core/platform/Logger.h"
+#include "platform/pipewire/RateLimit.h"
+#include "platform/pipewire/ServerMirror.h"
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace orvanta::pipewire {
+
+/// The streams that one tap has had moved to its node, by the note in the session's metadata that
+/// says where a stream should play. All of it with the lock held.
+///
+/// Another program that moves such a stream away (a mixer where the user picks a device, say)
+/// does not get its way, but neither do two programs fight for ever: after three times in ten
+/// seconds the stream is left to the other one.
+class StreamClaims {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// `node` is the name of the tap's node. A name and no number: a number the session manager
+    /// would take for the user's lasting choice for this program.
+    StreamClaims(ServerMirror& mirror, std::string node, const Logger& logger);
+
+    /// Leaves these streams where they play until `claimAll`.
+    void defer(std::set<NodeRef> streams) { deferred_ = std::move(streams); }
+
+    void claimAll() { deferred_.clear(); }
+
+    /// Claims the given streams, all that the tapped processes have now, and gives back others.
+    void update(const std::vector<NodeRef>& streams, Time now);
+
+    /// The session manager has lost all notes: the next `update` writes them again.
+    void metadataLost() { isStale_ = true; }
+
+    /// Puts back where every stream was to play before, or what another program has wanted since.
+    void release();
+
+private:
+    struct Claim {
+        MetadataValue previous;
+        RateLimit takeBacks{3, std::chrono::seconds(10)};
+        bool isLeftAlone = false;
+    };
+
+    void claim(const NodeRef& stream);
+    void defend(const NodeRef& stream, Claim& claim, Time now);
+
+    void giveBack(const NodeRef& stream, const Claim& claim);
+    void remindOfChoice(const NodeRef& stream);
+    [[nodiscard]] MetadataValue chosenDevice(const NodeRef& stream) const;
+
+    ServerMirror& mirror_;
+    MetadataMirror& metadata_;
+    MetadataValue ours_;
+    const Logger& logger_;
+    std::set<NodeRef> deferred_;
+    std::map<NodeRef, Claim> claims_;
+    bool isStale_ = false;
+};
+
+/// The metadata key under which a stream's target stands.
+inline constexpr const char* kTargetKey = "target.object";
+
+/// The same in an older form: where the session manager notes the device that the user once chose
+/// for the program. It only counts where there is no target.
+inline constexpr const char* kChoiceKey = "target.node";
+
+} // namespace orvanta::pipewire
