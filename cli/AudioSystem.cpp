@@ -1,0 +1,75 @@
+#include "cli/AudioSystem.h"
+
+#include "platform/embedded/EmbeddedAudioServer.h"
+#include "platform/embedded/EmbeddedProcessTable.h"
+#include "platform/embedded/EmbeddedWorkspace.h"
+#include "platform/embedded/sounds/MusicLike.h"
+#include "platform/embedded/sounds/SpeechLike.h"
+#include "platform/linux/NoWorkspace.h"
+#include "platform/linux/ProcProcessTable.h"
+#include "platform/pipewire/PipeWireAudioHardware.h"
+
+namespace orvanta::cli {
+namespace {
+
+class PipeWireSystem final : public AudioSystem {
+public:
+    explicit PipeWireSystem(SystemLog& log)
+        : log_(log),
+          hardware_(PipeWireOptions{.remoteName = "", .applicationName = "AudioMixerCLI"}, log) {}
+
+    [[nodiscard]] Platform platform() override {
+        return {hardware_, processTable_, workspace_, log_};
+    }
+
+    [[nodiscard]] bool isReachable() override { return hardware_.isServerReachable(); }
+
+private:
+    SystemLog& log_;
+    ProcProcessTable processTable_;
+    NoWorkspace workspace_;
+    PipeWireAudioHardware hardware_;
+};
+
+/// A tool that may run for days needs no record of its calls.
+constexpr std::size_t kJournalLimit = 100;
+
+/// Two programs that play on one device, in real time.
+class EmbeddedSystem final : public AudioSystem {
+public:
+    explicit EmbeddedSystem(SystemLog& log) : log_(log) {
+        server_.addDevice(
+            {.uid = "embedded-speakers", .name = "Embedded Speakers", .keepsPlayed = false});
+        server_.addProgram({.pid = 101,
+                            .name = "Demo Music",
+                            .bundleIdentifier = "com.meridane.orvanta.demo.music",
+                            .source = embedded::musicLike()});
+        server_.addProgram({.pid = 102,
+                            .name = "Demo Speech",
+                            .bundleIdentifier = "com.meridane.orvanta.demo.speech",
+                            .source = embedded::speechLike()});
+        server_.startClock();
+    }
+
+    [[nodiscard]] Platform platform() override {
+        return {server_, processTable_, workspace_, log_};
+    }
+
+    [[nodiscard]] bool isReachable() override { return true; }
+
+private:
+    SystemLog& log_;
+    EmbeddedAudioServer server_{{.journalLimit = kJournalLimit}};
+    EmbeddedProcessTable processTable_{server_};
+    EmbeddedWorkspace workspace_{server_};
+};
+
+} // namespace
+
+std::unique_ptr<AudioSystem> openAudioSystem(Server server, SystemLog& log) {
+    if (server == Server::embedded)
+        return std::make_unique<EmbeddedSystem>(log);
+    return std::make_unique<PipeWireSystem>(log);
+}
+
+} // namespace orvanta::cli

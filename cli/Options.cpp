@@ -1,0 +1,92 @@
+#include "cli/Options.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace orvanta::cli {
+namespace {
+
+std::vector<VolumePoint> readRide(const std::vector<std::string>& texts) {
+    std::vector<VolumePoint> points(texts.size());
+    for (std::size_t index = 0; index < texts.size(); ++index) {
+        const std::string complaint = readVolumePoint(texts[index], points[index]);
+        if (!complaint.empty())
+            throw CLI::ValidationError("--ride", complaint);
+    }
+    return points;
+}
+
+/// A number from `lowest` to `highest`. Unlike the library's own check it refuses what is no
+/// number.
+CLI::Validator between(double lowest, double highest) {
+    const auto complaint = [lowest, highest](const std::string& text) -> std::string {
+        double value = 0.0;
+        if (CLI::detail::lexical_cast(text, value) && value >= lowest && value <= highest)
+            return {};
+        return fmt::format("'{}' is not a number from {} to {}", text, lowest, highest);
+    };
+    return {complaint, fmt::format("{} to {}", lowest, highest)};
+}
+
+void addTapCommand(CLI::App& app, TapOptions& tap) {
+    CLI::App* const command =
+        app.add_subcommand("tap", "Tap a process and play it through the render callback");
+    command->add_option("PID", tap.pid, "Process to tap (see list)")
+        ->required()
+        ->check(CLI::Range(1, 1 << 30));
+    command->add_option("--volume", tap.volume, "Linear volume, 0 to 2")->check(between(0.0, 2.0));
+    CLI::Option* const ride =
+        command
+            ->add_option_function<std::vector<std::string>>(
+                "--ride", [&tap](const auto& points) { tap.ride = readRide(points); },
+                "Reach VOLUME at SECONDS from the start, in a straight line from the point before; "
+                "any number of points")
+            ->type_name("SECONDS:VOLUME")
+            ->allow_extra_args(false);
+    command->add_flag("--mute", tap.isMuted, "Mute the process")->excludes(ride);
+    command->add_option("--balance", tap.balance, "Balance, -1 (left) to 1 (right)")
+        ->check(between(-1.0, 1.0));
+    command->add_flag("--limiter", tap.isLimited, "Hold the output near 0 dBFS");
+    command->add_option("--gate", tap.gateThreshold, "Gate below this level, in dB")
+        ->check(between(-120.0, 0.0));
+    command->add_option("--seconds", tap.seconds, "How long to hold the tap")
+        ->capture_default_str()
+        ->check(between(0.0, 86400.0));
+    command->add_option("--interval", tap.interval, "Seconds between two lines of levels")
+        ->capture_default_str()
+        ->check(between(0.01, 3600.0));
+}
+
+} // namespace
+
+Parsed parseCommandLine(int argc, const char* const* argv) {
+    Options options;
+    CLI::App app("Looks at the audio processes and devices of this machine, and taps one process.");
+    app.footer("Exit codes: 0 done, 1 it did not work, 2 wrong usage, 3 no audio server.\n");
+    app.set_version_flag("--version", ORVANTA_VERSION);
+    app.require_subcommand(1);
+    const std::map<std::string, Server> servers{{"pipewire", Server::pipewire},
+                                                {"embedded", Server::embedded}};
+    app.add_option("--server", options.server,
+                   "Audio server: pipewire, or embedded with demonstration programs")
+        ->transform(CLI::CheckedTransformer(servers, CLI::ignore_case))
+        ->option_text("pipewire|embedded");
+    app.add_flag("--verbose", options.isVerbose, "Show the log on standard error");
+    CLI::App* const list = app.add_subcommand("list", "List audio processes and output devices");
+    addTapCommand(app, options.tap);
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& complaint) {
+        return {std::nullopt, app.exit(complaint) == 0 ? kExitSuccess : kExitUsage};
+    }
+    options.command = list->parsed() ? Command::list : Command::tap;
+    return {options, kExitSuccess};
+}
+
+} // namespace orvanta::cli

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "cli/VolumeRide.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace orvanta::cli {
+
+enum class Server { pipewire, embedded };
+enum class Command { list, tap };
+
+/// Settings of the `tap` command; what is absent stays as a new tap has it.
+struct TapOptions {
+    std::int32_t pid = 0;
+    std::optional<float> volume;
+    /// Moves the volume while the tap lasts; empty for a volume that stays.
+    std::vector<VolumePoint> ride;
+    bool isMuted = false;
+    std::optional<float> balance;
+    bool isLimited = false;
+    std::optional<float> gateThreshold;
+    /// How long to hold the tap.
+    double seconds = 10.0;
+    /// Time between two lines of levels, seconds.
+    double interval = 0.5;
+};
+
+struct Options {
+    Server server = Server::pipewire;
+    bool isVerbose = false;
+    Command command = Command::list;
+    TapOptions tap;
+};
+
+/// Exit codes of the program.
+inline constexpr int kExitSuccess = 0;
+inline constexpr int kExitFailure = 1;
+inline constexpr int kExitUsage = 2;
+inline constexpr int kExitNoServer = 3;
+
+/// What the command line asks for: options to run with, or the code to exit with at once, after
+/// help or a complaint has been printed.
+struct Parsed {
+    std::optional<Options> options;
+    int exitCode = kExitSuccess;
+};
+
+Parsed parseCommandLine(int argc, const char* const* argv);
+
+} // namespace orvanta::cli
