@@ -1,0 +1,103 @@
+#include "cli/Options.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace orvanta::cli {
+namespace {
+
+Parsed parse(const std::vector<const char*>& given) {
+    std::vector<const char*> arguments{"AudioMixerCLI"};
+    for (const char* const argument : given)
+        arguments.push_back(argument);
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    auto parsed = parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
+    testing::internal::GetCapturedStdout();
+    testing::internal::GetCapturedStderr();
+    return parsed;
+}
+
+TEST(CommandLine, ListsOnPipeWireUnlessToldOtherwise) {
+    const auto parsed = parse({"list"});
+    ASSERT_TRUE(parsed.options);
+    EXPECT_EQ(parsed.options->command, Command::list);
+    EXPECT_EQ(parsed.options->server, Server::pipewire);
+    EXPECT_FALSE(parsed.options->isVerbose);
+    EXPECT_EQ(parse({"--server", "embedded", "list"}).options->server, Server::embedded);
+}
+
+TEST(CommandLine, ReadsEverySettingOfATap) {
+    const auto parsed =
+        parse({"--verbose", "tap", "4711", "--volume", "1.5", "--mute", "--balance", "-0.5",
+               "--limiter", "--gate", "-40", "--seconds", "2.5", "--interval", "0.1"});
+    ASSERT_TRUE(parsed.options);
+    EXPECT_EQ(parsed.options->command, Command::tap);
+    EXPECT_TRUE(parsed.options->isVerbose);
+    const TapOptions& tap = parsed.options->tap;
+    EXPECT_EQ(tap.pid, 4711);
+    EXPECT_EQ(tap.volume, 1.5F);
+    EXPECT_TRUE(tap.isMuted);
+    EXPECT_EQ(tap.balance, -0.5F);
+    EXPECT_TRUE(tap.isLimited);
+    EXPECT_EQ(tap.gateThreshold, -40.0F);
+    EXPECT_EQ(tap.seconds, 2.5);
+    EXPECT_EQ(tap.interval, 0.1);
+}
+
+TEST(CommandLine, ReadsTheRideOfAVolume) {
+    const auto parsed = parse({"tap", "--ride", "0:1", "--ride", "2.5:0.25", "4711"});
+    ASSERT_TRUE(parsed.options);
+    EXPECT_EQ(parsed.options->tap.pid, 4711);
+    EXPECT_EQ(parsed.options->tap.ride, (std::vector<VolumePoint>{{0.0, 1.0F}, {2.5, 0.25F}}));
+}
+
+TEST(CommandLine, LeavesWhatIsNotGivenToTheTap) {
+    const auto tap = parse({"tap", "1"}).options->tap;
+    EXPECT_EQ(tap.volume, std::nullopt);
+    EXPECT_EQ(tap.balance, std::nullopt);
+    EXPECT_EQ(tap.gateThreshold, std::nullopt);
+    EXPECT_TRUE(tap.ride.empty());
+    EXPECT_FALSE(tap.isMuted);
+    EXPECT_FALSE(tap.isLimited);
+}
+
+TEST(CommandLine, RefusesWhatMakesNoSense) {
+    const std::vector<std::vector<const char*>> wrong{
+        {},
+        {"dance"},
+        {"tap"},
+        {"tap", "zero"},
+        {"tap", "0"},
+        {"tap", "-3"},
+        {"tap", "1", "--volume", "2.1"},
+        {"tap", "1", "--volume", "loud"},
+        {"tap", "1", "--ride", "1"},
+        {"tap", "1", "--ride", "1:3"},
+        {"tap", "1", "--ride", "1:1", "--mute"},
+        {"tap", "1", "--balance", "-2"},
+        {"tap", "1", "--interval", "0"},
+        {"tap", "1", "--seconds", "nan"},
+        {"tap", "1", "--volume", "nan"},
+        {"tap", "1", "--seconds", "inf"},
+        {"--server", "other", "list"},
+        {"list", "--nonsense"},
+    };
+    for (const auto& arguments : wrong) {
+        const auto parsed = parse(arguments);
+        EXPECT_FALSE(parsed.options) << (arguments.empty() ? "nothing" : arguments.back());
+        EXPECT_EQ(parsed.exitCode, kExitUsage);
+    }
+}
+
+TEST(CommandLine, HelpAndVersionAreNoFailures) {
+    for (const char* const question : {"--help", "--version"}) {
+        const auto parsed = parse({question});
+        EXPECT_FALSE(parsed.options);
+        EXPECT_EQ(parsed.exitCode, kExitSuccess);
+    }
+}
+
+} // namespace
+} // namespace orvanta::cli

@@ -1,0 +1,123 @@
+#include "core/dsp/VectorOperations.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cfloat>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace orvanta {
+namespace {
+
+std::vector<float> noise(std::size_t count, unsigned seed) {
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<float> amplitude(-1.0F, 1.0F);
+    std::vector<float> samples(count);
+    for (float& sample : samples)
+        sample = amplitude(random);
+    return samples;
+}
+
+TEST(VectorOperations, MultiplyByAScalarAtEveryCount) {
+    for (std::size_t n = 0; n < 70; ++n) {
+        const auto a = noise(n, 1);
+        std::vector<float> c(n);
+        vDSP::vsmul(a.data(), 1, 0.3F, c.data(), 1, n);
+        for (std::size_t k = 0; k < n; ++k)
+            ASSERT_EQ(c[k], a[k] * 0.3F) << "element " << k << " of " << n;
+    }
+}
+
+TEST(VectorOperations, MultiplyInPlaceTouchesOnlyTheElementsOfTheStride) {
+    std::vector<float> samples{1, 2, 3, 4, 5, 6, 7};
+    vDSP::vsmul(samples.data() + 1, 3, 10.0F, samples.data() + 1, 3, 2);
+    EXPECT_EQ(samples, (std::vector<float>{1, 20, 3, 4, 50, 6, 7}));
+}
+
+TEST(VectorOperations, AddAndMultiplyAddFollowTheirStrides) {
+    const std::vector<float> a{1, 2, 3, 4};
+    const std::vector<float> b{10, 20};
+    std::vector<float> c(2);
+    vDSP::vadd(a.data(), 2, b.data(), 1, c.data(), 1, 2);
+    EXPECT_EQ(c, (std::vector<float>{11, 23}));
+    vDSP::vsma(a.data(), 2, 0.5F, b.data(), 1, c.data(), 1, 2);
+    EXPECT_EQ(c, (std::vector<float>{10.5F, 21.5F}));
+}
+
+TEST(VectorOperations, MultiplyAddRoundsTheProductBeforeTheSum) {
+    // With a fused operation the sum would keep what the product's rounding loses.
+    const float a = 1.0F + FLT_EPSILON;
+    const float product = a * a;
+    const float b = -product;
+    float c = 1;
+    vDSP::vsma(&a, 1, a, &b, 1, &c, 1, 1);
+    EXPECT_EQ(c, 0.0F);
+}
+
+TEST(VectorOperations, CopyOfFiniteNumbersKeepsEveryBitOfThemAndNothingElse) {
+    for (std::size_t n = 0; n < 20; ++n) {
+        std::vector<float> a = noise(n, 4);
+        if (n > 5) {
+            a[0] = std::numeric_limits<float>::quiet_NaN();
+            a[2] = -std::numeric_limits<float>::infinity();
+            a[3] = FLT_MAX;
+            a[4] = FLT_TRUE_MIN;
+            a[n - 1] = std::numeric_limits<float>::infinity();
+        }
+        std::vector<float> c(n, 7.0F);
+        vDSP::copyFinite(a.data(), c.data(), n);
+        for (std::size_t k = 0; k < n; ++k)
+            ASSERT_EQ(c[k], std::isfinite(a[k]) ? a[k] : 0.0F) << k << " of " << n;
+    }
+    const float negativeZero = -0.0F;
+    float copied = 1.0F;
+    vDSP::copyFinite(&negativeZero, &copied, 1);
+    EXPECT_TRUE(std::signbit(copied));
+}
+
+TEST(VectorOperations, LargestMagnitudeFindsThePeakAtEveryOffsetAndCount) {
+    for (std::size_t n = 1; n < 70; ++n)
+        for (std::size_t peak = 0; peak < n; ++peak) {
+            auto samples = noise(n, 2);
+            samples[peak] = -3.5F;
+            ASSERT_EQ(vDSP::maxmgv(samples.data(), n), 3.5F) << peak << " of " << n;
+        }
+    EXPECT_EQ(vDSP::maxmgv(nullptr, 0), 0.0F);
+}
+
+TEST(VectorOperations, RootMeanSquareAgreesWithASumInDoublePrecision) {
+    for (const std::size_t n : {1U, 2U, 3U, 15U, 16U, 17U, 255U, 1024U, 4096U}) {
+        const auto samples = noise(n, 3);
+        double sum = 0;
+        for (const float sample : samples)
+            sum += static_cast<double>(sample) * static_cast<double>(sample);
+        const double expected = std::sqrt(sum / static_cast<double>(n));
+        EXPECT_NEAR(static_cast<double>(vDSP::rmsqv(samples.data(), n)), expected, 6e-7 * expected);
+    }
+    EXPECT_EQ(vDSP::rmsqv(nullptr, 0), 0.0F);
+}
+
+TEST(VectorOperations, MeasurementsPassOverWhatIsNoFiniteNumber) {
+    for (const float poison :
+         {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+          -std::numeric_limits<float>::infinity()})
+        for (std::size_t place = 0; place < 40; ++place) {
+            std::vector<float> samples(40, 0.5F);
+            samples[place] = poison;
+            ASSERT_EQ(vDSP::maxmgv(samples.data(), samples.size()), 0.5F);
+            ASSERT_FLOAT_EQ(vDSP::rmsqv(samples.data(), samples.size()),
+                            0.5F * std::sqrt(39.0F / 40.0F));
+        }
+}
+
+TEST(VectorOperations, RootMeanSquareOfHugeNumbersStaysFinite) {
+    const std::vector<float> samples(100, 3e38F);
+    EXPECT_FLOAT_EQ(vDSP::rmsqv(samples.data(), samples.size()), 3e38F);
+    EXPECT_EQ(vDSP::maxmgv(samples.data(), samples.size()), 3e38F);
+}
+
+} // namespace
+} // namespace orvanta

@@ -1,0 +1,102 @@
+#include "tests/e2e/support/EndToEndTest.h"
+
+#include <csignal>
+
+namespace orvanta::test {
+
+namespace {
+
+constexpr std::size_t halfASecond = 24000;
+
+/// The program AudioMixerCLI as it is shipped, under the allocation and lock trap where there is
+/// one.
+class CommandLine : public EndToEndTest {
+protected:
+    void SetUp() override {
+        EndToEndTest::SetUp();
+        client_.open();
+        stream_ = graph().awaitPlayback(client_.pid()).id;
+    }
+
+    std::unique_ptr<ChildProcess> startTap(const std::vector<std::string>& options) const {
+#ifdef ORVANTA_REALTIME_TRAP_LIBRARY
+        const ScopedEnvironment trapped(
+            ScopedEnvironment::Variables{{"LD_PRELOAD", ORVANTA_REALTIME_TRAP_LIBRARY}});
+#endif
+        std::vector<std::string> command = {ORVANTA_CLI, "tap", std::to_string(client_.pid())};
+        command.insert(command.end(), options.begin(), options.end());
+        auto program = std::make_unique<ChildProcess>(ChildProcess::Launch{
+            .command = command, .logFile = server_.directory() / "cli.log", .isTalkedTo = true});
+        const std::string said = program->readLine(Seconds(10)).value_or("nothing");
+        EXPECT_TRUE(said.starts_with("Tapped process")) << said;
+        awaitTapped(client_.pid());
+        // A line of levels comes when callbacks have run with the settings.
+        EXPECT_TRUE(program->readLine(Seconds(10)));
+        return program;
+    }
+
+    void expectHeard(bool isTapped) const {
+        const Capture capture = recordUndisturbed(stream_, "speakers", halfASecond);
+        const PassageCounts counts = countPassages(capture.channels[2], client_.noise(), 0, 0.5F);
+        EXPECT_EQ(isTapped ? counts.gained : counts.leaked, capture.frames()) << counts;
+    }
+
+    void expectOwnSound() const {
+        awaitOnly(client_.pid(), "speakers");
+        expectHeard(false);
+    }
+
+    StreamClient client_;
+    std::uint32_t stream_ = 0;
+};
+
+TEST_F(CommandLine, ListsProgramsAndDevices) {
+    const std::string list = runToEnd({ORVANTA_CLI, "list"});
+
+    EXPECT_NE(list.find(std::to_string(client_.pid())), std::string::npos) << list;
+    EXPECT_NE(list.find("speakers"), std::string::npos) << list;
+    EXPECT_NE(list.find("48000 Hz"), std::string::npos) << list;
+}
+
+TEST_F(CommandLine, TapsAndGivesBackWhenItsTimeIsOver) {
+    const auto program = startTap({"--volume", "0.5", "--seconds", "4"});
+    expectHeard(true);
+
+    ASSERT_TRUE(program->waitForExit(Seconds(20)));
+    EXPECT_EQ(program->exitCode(), 0);
+    expectOwnSound();
+}
+
+TEST_F(CommandLine, GivesBackOnTermination) {
+    const auto program = startTap({"--volume", "0.5", "--seconds", "60"});
+    expectHeard(true);
+
+    program->signal(SIGTERM);
+    ASSERT_TRUE(program->waitForExit(Seconds(10)));
+    EXPECT_EQ(program->exitCode(), 0);
+    expectOwnSound();
+}
+
+TEST_F(CommandLine, LeavesTheProgramItsOwnSoundWhenItIsKilled) {
+    const auto program = startTap({"--volume", "0.5", "--seconds", "60"});
+    expectHeard(true);
+
+    program->kill();
+    expectOwnSound();
+}
+
+TEST_F(CommandLine, RunsEveryProcessorWithoutAllocatingOrLockingOnTheAudioThread) {
+    const auto program = startTap({"--volume", "0.5", "--balance", "0.3", "--limiter", "--gate",
+                                   "-50", "--seconds", "60", "--interval", "0.2"});
+    letTimePass(Seconds(1.5));
+    EXPECT_TRUE(program->isRunning());
+
+    program->signal(SIGINT);
+    ASSERT_TRUE(program->waitForExit(Seconds(10)));
+    EXPECT_EQ(program->exitCode(), 0);
+    expectOwnSound();
+}
+
+} // namespace
+
+} // namespace orvanta::test

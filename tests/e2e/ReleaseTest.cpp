@@ -1,0 +1,53 @@
+#include "tests/e2e/support/EndToEndTest.h"
+
+#include <algorithm>
+
+namespace orvanta::test {
+
+namespace {
+
+constexpr std::uint32_t quantum = 1024;
+
+class Release : public EndToEndTest {
+protected:
+    /// A recording of the device across the release of a tap, without a cycle missed.
+    Capture recordRelease(StreamClient& client) {
+        for (int attempt = 0; attempt < 6; ++attempt) {
+            mixer().tap(client.pid(), 0.5F);
+            awaitTapped(client.pid());
+            AlignedRecorder recorder(graph(), 1);
+            recorder.listen(0, monitorPorts("speakers")[0]);
+            recorder.record(16384);
+            mixer().manager().removeTap(client.pid());
+            recorder.record(16384);
+            awaitOnly(client.pid(), "speakers");
+            Capture capture = recorder.finish();
+            if (capture.discontinuities() == 0)
+                return capture;
+        }
+        throw std::runtime_error("the machine missed cycles in every recording");
+    }
+};
+
+TEST_F(Release, DoublesNoSampleAndIsSilentForOneCycleAtMost) {
+    graph().forceQuantum(quantum);
+    StreamClient client;
+    client.open();
+    graph().awaitPlayback(client.pid());
+
+    for (int round = 0; round < 4; ++round) {
+        const Capture capture = recordRelease(client);
+        const auto passages =
+            PassageReader(client.noise().channel(0, signalFrames), 0.5F).read(capture.channels[0]);
+        const PassageCounts counts = count(passages);
+        EXPECT_GT(counts.gained, 0U) << counts;
+        EXPECT_GT(counts.leaked, 0U) << counts;
+        EXPECT_EQ(counts.doubled + counts.foreign + counts.repeated, 0U) << counts;
+        EXPECT_LE(counts.longestGap, quantum) << counts;
+        EXPECT_LE(counts.lost, quantum) << counts;
+    }
+}
+
+} // namespace
+
+} // namespace orvanta::test

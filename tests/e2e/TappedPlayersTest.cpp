@@ -1,0 +1,169 @@
+#include "tests/e2e/support/EndToEndTest.h"
+#include "tests/e2e/support/SignalMatch.h"
+#include "tests/support/RealTimeTrap.h"
+
+#include <algorithm>
+
+namespace orvanta::test {
+
+namespace {
+
+constexpr std::size_t halfASecond = 24000;
+/// A few units in the last place of a float at the levels of the signal.
+constexpr double rounding = 2e-7;
+
+class TappedPlayers : public EndToEndTest, public testing::WithParamInterface<PlayerKind> {
+protected:
+    /// Every recorded sample is the file's times this factor, on both channels.
+    void expectTheFile(const NoiseSignal& noise, std::uint32_t stream, bool isTapped) {
+        const Capture capture = recordUndisturbed(stream, "speakers", halfASecond);
+        for (std::uint32_t channel = 0; channel < 2; ++channel) {
+            const PassageCounts counts =
+                countPassages(capture.channels[2 + channel], noise, channel, 0.5F);
+            EXPECT_EQ(isTapped ? counts.gained : counts.leaked, capture.frames()) << counts;
+            EXPECT_EQ(counts.lost + counts.repeated, 0U) << counts;
+        }
+    }
+};
+
+TEST_P(TappedPlayers, SoundAsTheFileTimesTheVolumeSampleForSampleAndAsTheFileAfterRelease) {
+    const NoiseSignal noise(11);
+    RealPlayer player(GetParam(), noiseFile(noise), server_.directory());
+    const GraphObject stream = graph().awaitPlayback(player.pid());
+
+    mixer().tap(player.pid(), 0.5F);
+    awaitTapped(player.pid());
+    expectTheFile(noise, stream.id, true);
+
+    mixer().manager().removeTap(player.pid());
+    awaitOnly(player.pid(), "speakers");
+    expectTheFile(noise, stream.id, false);
+#ifdef ORVANTA_HAS_REALTIME_TRAP
+    EXPECT_GT(realTimeSectionsEntered(), 0U);
+#endif
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryKind, TappedPlayers,
+                         testing::Values(PlayerKind::pwPlay, PlayerKind::paplay, PlayerKind::aplay,
+                                         PlayerKind::sox, PlayerKind::mpv),
+                         [](const auto& instance) {
+                             std::string name = nameOf(instance.param);
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+class TappedProgram : public EndToEndTest {
+protected:
+    /// The device carries what comes out of the program's stream, times `gain`.
+    void expectTheStreamTimes(double gain, pid_t pid) {
+        const GraphObject stream = graph().awaitPlayback(pid);
+        const std::size_t programs = graph().outputPorts(stream.id).size();
+        const Capture capture = recordUndisturbed(stream.id, "speakers", halfASecond);
+        for (std::size_t channel = 0; channel < 2; ++channel) {
+            const auto match = findSignal(capture.channels[programs + channel],
+                                          capture.channels[programs == 1 ? 0 : channel]);
+            ASSERT_TRUE(match);
+            EXPECT_NEAR(match->gain, gain, rounding);
+            EXPECT_LE(match->residual, rounding);
+            // The first samples on the device left the stream before the recording began.
+            EXPECT_EQ(static_cast<std::int64_t>(match->frames),
+                      static_cast<std::int64_t>(capture.frames()) + match->offset);
+        }
+    }
+};
+
+TEST_F(TappedProgram, AtAnotherRateSoundsAsItsResampledStreamTimesTheVolume) {
+    StreamClient client({.rate = 44100});
+    client.open();
+    mixer().tap(client.pid(), 0.5F);
+    awaitTapped(client.pid());
+
+    expectTheStreamTimes(0.5, client.pid());
+}
+
+TEST_F(TappedProgram, KeepsItsVolumeWhenTheServerChangesItsRate) {
+    StreamClient client;
+    client.open();
+    mixer().tap(client.pid(), 0.5F);
+    awaitTapped(client.pid());
+
+    graph().forceRate(44100);
+    const GraphObject stream = graph().awaitPlayback(client.pid());
+    graph().await("the server runs at the new rate", [&] {
+        return recordUndisturbed(stream.id, "speakers", 4096).sampleRate == 44100;
+    });
+    expectTheStreamTimes(0.5, client.pid());
+}
+
+TEST_F(TappedProgram, WithOneChannelSoundsOnBothSidesTimesTheVolume) {
+    StreamClient client({.channels = 1});
+    client.open();
+    mixer().tap(client.pid(), 0.5F);
+    awaitTapped(client.pid());
+
+    const GraphObject stream = graph().awaitPlayback(client.pid());
+    const Capture capture = recordUndisturbed(stream.id, "speakers", halfASecond);
+    for (std::size_t channel = 1; channel <= 2; ++channel) {
+        const auto& side = capture.channels[capture.channels.size() - channel];
+        const PassageCounts counts = countPassages(side, client.noise(), 0, 0.5F);
+        EXPECT_EQ(counts.gained, capture.frames()) << counts;
+    }
+}
+
+TEST_F(TappedProgram, ThatIsMutedIsSilentOnTheDevice) {
+    StreamClient client;
+    client.open();
+    mixer().tap(client.pid(), 1.0F);
+    awaitTapped(client.pid());
+    mixer().manager().setMuted(client.pid(), true);
+    const std::uint64_t count = mixer().manager().getCallbackCount(client.pid());
+    ASSERT_TRUE(eventually(
+        Seconds(5), [&] { return mixer().manager().getCallbackCount(client.pid()) >= count + 2; }));
+
+    const GraphObject stream = graph().awaitPlayback(client.pid());
+    const Capture capture = recordUndisturbed(stream.id, "speakers", halfASecond);
+    EXPECT_EQ(level(capture.channels[2]), 0.0);
+    EXPECT_EQ(level(capture.channels[3]), 0.0);
+    EXPECT_GT(level(capture.channels[0]), 0.1);
+}
+
+TEST_F(TappedProgram, BesideAnotherOnOneDeviceSoundsAtItsOwnVolume) {
+    StreamClient client;
+    client.open();
+    const GraphObject stream = graph().awaitPlayback(client.pid());
+    RealPlayer other(PlayerKind::pwPlay, noiseFile(NoiseSignal(77)), server_.directory());
+    graph().awaitPlayback(other.pid());
+    mixer().tap(client.pid(), 0.5F);
+    mixer().tap(other.pid(), 0.25F);
+    awaitTapped(client.pid());
+    awaitTapped(other.pid());
+
+    // Two programs, two taps, one device: the sum of both, each at its own volume.
+    const GraphObject otherStream = graph().awaitPlayback(other.pid());
+    AlignedRecorder recorder(graph(), 3);
+    recorder.listen(0, graph().outputPorts(stream.id)[0]);
+    recorder.listen(1, graph().outputPorts(otherStream.id)[0]);
+    recorder.listen(2, monitorPorts("speakers")[0]);
+    recorder.record(4096);
+    const std::size_t start = recorder.frames();
+    recorder.record(halfASecond);
+    const Capture capture = recorder.finish().from(start);
+
+    // The monitor may lie a whole number of cycles after the streams.
+    double best = 1;
+    const std::size_t quantum = capture.cycles.front().frames;
+    for (std::size_t lag = 0; lag <= 4 * quantum; lag += quantum) {
+        double residual = 0;
+        for (std::size_t index = lag; index < capture.frames(); ++index)
+            residual = std::max(
+                residual, std::abs(static_cast<double>(capture.channels[2][index] -
+                                                       0.5F * capture.channels[0][index - lag] -
+                                                       0.25F * capture.channels[1][index - lag])));
+        best = std::min(best, residual);
+    }
+    EXPECT_LE(best, rounding);
+}
+
+} // namespace
+
+} // namespace orvanta::test

@@ -1,0 +1,121 @@
+#include "tests/e2e/support/EndToEndTest.h"
+
+#include "tests/e2e/support/WavFile.h"
+
+#include <algorithm>
+#include <iostream>
+#include <stdexcept>
+
+namespace orvanta::test {
+
+namespace {
+
+constexpr int mostAttempts = 8;
+
+bool isUnbroken(const std::vector<float>& channel) {
+    const auto sounds = [](float sample) {
+        return sample != 0.0F;
+    };
+    const auto first = std::find_if(channel.begin(), channel.end(), sounds);
+    const auto last = std::find_if(channel.rbegin(), channel.rend(), sounds).base();
+    return first < last && std::all_of(first, last, sounds);
+}
+
+} // namespace
+
+void EndToEndTest::SetUp() {
+    plugSpeakers();
+}
+
+void EndToEndTest::plugSpeakers() {
+    const auto isDefault = [&] {
+        return graph().defaultSink() == "speakers";
+    };
+    graph().plug({.name = "speakers"});
+    if (eventually(Seconds(3), isDefault))
+        return;
+    std::cout << "the session manager overlooked the device; plugging it once more\n";
+    graph().unplug("speakers");
+    graph().plug({.name = "speakers"});
+    graph().await("there is a default", isDefault);
+}
+
+void EndToEndTest::TearDown() {
+    if (!HasFailure())
+        return;
+    std::cout << graph().describe() << server_.logTail();
+    if (mixer_)
+        std::cout << mixer_->logText();
+}
+
+MixerUnderTest& EndToEndTest::mixer() {
+    if (!mixer_)
+        mixer_ = std::make_unique<MixerUnderTest>();
+    return *mixer_;
+}
+
+std::vector<std::uint32_t> EndToEndTest::monitorPorts(const std::string& device) const {
+    const auto node = graph().node(device);
+    return node ? graph().outputPorts(node->id, true) : std::vector<std::uint32_t>();
+}
+
+std::filesystem::path EndToEndTest::noiseFile(const NoiseSignal& noise, std::uint32_t sampleRate,
+                                              std::uint32_t channels) const {
+    std::vector<std::vector<float>> samples;
+    for (std::uint32_t channel = 0; channel < channels; ++channel)
+        samples.push_back(noise.channel(channel, 30UL * sampleRate));
+    auto path = server_.directory() / ("noise-" + std::to_string(samples[0][0]) + "-" +
+                                       std::to_string(sampleRate) + ".wav");
+    writeWavFile(path, sampleRate, samples);
+    return path;
+}
+
+void EndToEndTest::awaitOnly(pid_t pid, const std::string& nodeName) const {
+    graph().await("process " + std::to_string(pid) + " plays to " + nodeName + " alone", [&] {
+        const auto streams = graph().playbackNodes(pid);
+        return !streams.empty() && std::ranges::all_of(streams, [&](const GraphObject& stream) {
+            return graph().targets(stream.id) == std::vector<std::string>{nodeName};
+        });
+    });
+}
+
+void EndToEndTest::awaitTapped(pid_t pid) const {
+    const auto isDevice = [&](const std::string& name) {
+        const auto node = graph().node(name);
+        return !node || node->get("factory.name") == "support.null-audio-sink";
+    };
+    graph().await("process " + std::to_string(pid) + " plays to a tap alone", [&] {
+        const auto streams = graph().playbackNodes(pid);
+        return !streams.empty() && std::ranges::all_of(streams, [&](const GraphObject& stream) {
+            const auto targets = graph().targets(stream.id);
+            return targets.size() == 1 && !isDevice(targets[0]);
+        });
+    });
+}
+
+Capture EndToEndTest::recordUndisturbed(std::uint32_t playbackNode, const std::string& device,
+                                        std::size_t frames) const {
+    const auto programPorts = graph().outputPorts(playbackNode);
+    const auto devicePorts = monitorPorts(device);
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        AlignedRecorder recorder(graph(), programPorts.size() + devicePorts.size());
+        recorder.listen(0, programPorts);
+        recorder.listen(programPorts.size(), devicePorts);
+        // The links come one by one: what counts begins when all of them stand.
+        recorder.record(4096);
+        const std::size_t start = recorder.frames();
+        recorder.record(frames);
+        Capture capture = recorder.finish().from(start);
+        if (capture.discontinuities() == 0 && isUnbroken(capture.channels[0]))
+            return capture;
+    }
+    throw std::runtime_error("the machine missed cycles in every recording");
+}
+
+PassageCounts EndToEndTest::countPassages(const std::vector<float>& recorded,
+                                          const NoiseSignal& noise, std::uint32_t channel,
+                                          float gain) {
+    return count(PassageReader(noise.channel(channel, signalFrames), gain).read(recorded));
+}
+
+} // namespace orvanta::test

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "tests/e2e/support/AlignedRecorder.h"
+#include "tests/e2e/support/AudioGraph.h"
+#include "tests/e2e/support/MixerUnderTest.h"
+#include "tests/e2e/support/NoiseSignal.h"
+#include "tests/e2e/support/Passages.h"
+#include "tests/e2e/support/PrivateAudioServer.h"
+#include "tests/e2e/support/RealPlayer.h"
+#include "tests/e2e/support/StreamClient.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace orvanta::test {
+
+/// A private server with one stereo device, "speakers", which is the default.
+class EndToEndTest : public testing::Test {
+protected:
+    /// Long enough for every recording of a test.
+    static constexpr std::size_t signalFrames = 30UL * 48000UL;
+
+    void SetUp() override;
+    /// Tells what there was when a test has failed.
+    void TearDown() override;
+
+    /// Makes the device and waits until it is the default. The session manager overlooks one now
+    /// and then that comes while it is busy starting; such a device is plugged in a second time.
+    void plugSpeakers();
+
+    /// The engine, made on first use.
+    MixerUnderTest& mixer();
+
+    [[nodiscard]] std::vector<std::uint32_t> monitorPorts(const std::string& device) const;
+
+    /// A file of the noise signal, 30 s long.
+    [[nodiscard]] std::filesystem::path noiseFile(const NoiseSignal& noise,
+                                                  std::uint32_t sampleRate = 48000,
+                                                  std::uint32_t channels = 2) const;
+
+    /// Waits until every stream of the process plays to this node and to nothing else.
+    void awaitOnly(pid_t pid, const std::string& nodeName) const;
+    /// Waits until every stream of the process plays to one node that is none of the tests'
+    /// devices, and to nothing else.
+    void awaitTapped(pid_t pid) const;
+
+    /// Records a stream's channels (first) and a device's monitor (after them) side by side, again
+    /// if the machine missed a cycle: only such recordings tell what the code does.
+    [[nodiscard]] Capture recordUndisturbed(std::uint32_t playbackNode, const std::string& device,
+                                            std::size_t frames) const;
+
+    /// Counts of one recorded channel against one channel of the signal.
+    [[nodiscard]] static PassageCounts countPassages(const std::vector<float>& recorded,
+                                                     const NoiseSignal& noise,
+                                                     std::uint32_t channel, float gain);
+
+    PrivateAudioServer server_;
+    std::optional<AudioGraph> graphStorage_{std::in_place};
+
+    const AudioGraph& graph() const { return *graphStorage_; }
+
+    /// After the server was started anew.
+    void reconnectGraph() { graphStorage_.emplace(); }
+
+private:
+    std::unique_ptr<MixerUnderTest> mixer_;
+};
+
+} // namespace orvanta::test

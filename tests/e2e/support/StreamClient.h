@@ -1,0 +1,43 @@
+#pragma once
+
+#include "tests/e2e/support/ChildProcess.h"
+#include "tests/e2e/support/NoiseSignal.h"
+
+#include <string>
+
+namespace orvanta::test {
+
+/// A playing program of our own, which opens, closes and reopens streams in one process and plays
+/// the noise signal of its seed, sample after sample, over all of them.
+class StreamClient {
+public:
+    struct Settings {
+        std::uint32_t rate = 48000;
+        std::uint32_t channels = 2;
+        std::uint64_t seed = 1;
+        std::string name = "e2e-player";
+    };
+
+    /// Starts the program; no stream is open yet.
+    explicit StreamClient(const Settings& settings);
+
+    StreamClient() : StreamClient(Settings()) {}
+
+    /// `target` names a device the program itself asks for.
+    void open(const std::string& target = "");
+    void close();
+    void pause();
+    void resume();
+
+    [[nodiscard]] pid_t pid() const { return program_.pid(); }
+
+    [[nodiscard]] const NoiseSignal& noise() const { return noise_; }
+
+private:
+    void tell(const std::string& line);
+
+    ChildProcess program_;
+    NoiseSignal noise_;
+};
+
+} // namespace orvanta::test

@@ -1,0 +1,103 @@
+#include "platform/embedded/EmbeddedAudioServer.h"
+#include "platform/embedded/EmbeddedProcessTable.h"
+#include "platform/embedded/EmbeddedWorkspace.h"
+
+#include <gmock/gmock.h>
+
+namespace orvanta::embedded {
+namespace {
+
+using testing::Eq;
+using testing::Optional;
+
+class EmbeddedDesktop : public testing::Test {
+protected:
+    EmbeddedAudioServer server;
+    EmbeddedProcessTable processes{server};
+    EmbeddedWorkspace workspace{server};
+};
+
+TEST_F(EmbeddedDesktop, ProgramsAreProcessesAndApplications) {
+    server.addProgram({.pid = 100,
+                       .name = "A Player With A Long Name",
+                       .bundleIdentifier = "org.example.player",
+                       .parent = 50,
+                       .path = "/opt/player"});
+
+    EXPECT_THAT(processes.name(100), Optional(Eq("A Player With A ")));
+    EXPECT_THAT(processes.path(100), Optional(Eq("/opt/player")));
+    EXPECT_THAT(processes.parent(100), Optional(50));
+    const auto application = workspace.runningApplication(100);
+    ASSERT_TRUE(application);
+    EXPECT_EQ(application->processIdentifier, 100);
+    EXPECT_EQ(application->localizedName, "A Player With A Long Name");
+    EXPECT_EQ(application->bundleIdentifier, "org.example.player");
+    EXPECT_EQ(application->activationPolicy, ActivationPolicy::regular);
+    EXPECT_EQ(application->icon->cacheKey(), "org.example.player");
+    EXPECT_EQ(workspace.iconForBundleIdentifier("org.example.player")->cacheKey(),
+              "org.example.player");
+}
+
+TEST_F(EmbeddedDesktop, UnknownProcessesAreNothing) {
+    EXPECT_FALSE(processes.name(5));
+    EXPECT_FALSE(processes.path(5));
+    EXPECT_FALSE(processes.parent(5));
+    EXPECT_FALSE(workspace.runningApplication(5));
+    EXPECT_EQ(workspace.iconForBundleIdentifier("org.example.nothing"), nullptr);
+}
+
+TEST_F(EmbeddedDesktop, APolicyOfNoneMakesAProgramNoApplication) {
+    server.addProgram({.pid = 100,
+                       .name = "daemon",
+                       .bundleIdentifier = "org.example.daemon",
+                       .policy = std::nullopt});
+    EXPECT_FALSE(workspace.runningApplication(100));
+    EXPECT_EQ(workspace.iconForBundleIdentifier("org.example.daemon"), nullptr);
+    EXPECT_THAT(processes.name(100), Optional(Eq("daemon")));
+}
+
+TEST_F(EmbeddedDesktop, AnExitTakesTheProgramOffTheDesktop) {
+    const auto player = server.addProgram({.pid = 100, .name = "Player"});
+    server.exitProgram(player);
+    EXPECT_FALSE(workspace.runningApplication(100));
+    EXPECT_FALSE(processes.name(100));
+}
+
+TEST_F(EmbeddedDesktop, AScriptMayAddProcessesAndStandInForThem) {
+    server.addProgram({.pid = 100, .name = "Player"});
+    processes.set(50, {.name = "shell", .path = std::nullopt, .parent = 1});
+    processes.set(100, {.name = "", .path = "/opt/other", .parent = std::nullopt});
+    EXPECT_THAT(processes.name(50), Optional(Eq("shell")));
+    EXPECT_FALSE(processes.name(100));
+    EXPECT_FALSE(processes.parent(100));
+    processes.unset(100);
+    EXPECT_THAT(processes.name(100), Optional(Eq("Player")));
+}
+
+TEST_F(EmbeddedDesktop, TheProgramsOwnPidIsScripted) {
+    EXPECT_EQ(processes.ownPID(), 1000);
+    processes.setOwnPID(100);
+    EXPECT_EQ(processes.ownPID(), 100);
+}
+
+TEST_F(EmbeddedDesktop, AScriptMayAddApplicationsAndInstallThem) {
+    workspace.add({.processIdentifier = 7,
+                   .localizedName = "Editor",
+                   .bundleIdentifier = std::nullopt,
+                   .activationPolicy = ActivationPolicy::accessory,
+                   .icon = nullptr});
+    const auto editor = workspace.runningApplication(7);
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(editor->activationPolicy, ActivationPolicy::accessory);
+    EXPECT_EQ(editor->icon->cacheKey(), "pid:7");
+    workspace.remove(7);
+    EXPECT_FALSE(workspace.runningApplication(7));
+
+    workspace.install("org.example.editor");
+    EXPECT_NE(workspace.iconForBundleIdentifier("org.example.editor"), nullptr);
+    workspace.uninstall("org.example.editor");
+    EXPECT_EQ(workspace.iconForBundleIdentifier("org.example.editor"), nullptr);
+}
+
+} // namespace
+} // namespace orvanta::embedded

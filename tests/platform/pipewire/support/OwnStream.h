@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <sys/types.h>
+
+namespace orvanta::test {
+
+/// A stream that this very process plays, through a connection of its own: a steady 0.25 on both
+/// channels. So a test can have one process whose streams come and go, also over the death of the
+/// server.
+class OwnStream {
+public:
+    static constexpr float level = 0.25F;
+
+    /// Connects to the server that the environment names; throws std::runtime_error.
+    OwnStream() : OwnStream(0) {}
+
+    /// Says that it belongs to the process `owner`; 0 for nothing said, which makes it this one's.
+    explicit OwnStream(pid_t owner);
+    OwnStream(const OwnStream&) = delete;
+    OwnStream& operator=(const OwnStream&) = delete;
+    ~OwnStream();
+
+    void pause() { setActive(false); }
+
+    void resume() { setActive(true); }
+
+private:
+    void setActive(bool isActive);
+
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace orvanta::test

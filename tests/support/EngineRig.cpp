@@ -1,0 +1,41 @@
+#include "tests/support/EngineRig.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orvanta::test {
+
+embedded::DeviceSettings EngineRig::speakersByDefault() {
+    return {.uid = "speakers", .name = "Speakers", .framesPerCycle = frames};
+}
+
+EngineRig::EngineRig(const embedded::ServerSettings& settings,
+                     embedded::DeviceSettings speakersSettings)
+    : server(settings),
+      speakers(server.addDevice(speakersSettings)),
+      program(
+          server.addProgram({.pid = pid, .name = "Player", .source = embedded::constant(0.5F)})),
+      manager(std::make_unique<AudioTapManager>(Platform{server, processTable, workspace, log})) {
+    processTable.names[pid] = "player";
+    server.journal().clear();
+}
+
+std::vector<float> EngineRig::nextCycle() {
+    server.clearPlayed(speakers);
+    server.step(speakers);
+    return server.played(speakers);
+}
+
+std::vector<std::string> EngineRig::lifecycleCalls() {
+    return server.journal().operations(embedded::Journal::lifecycle());
+}
+
+void EngineRig::expectNothingLeft() {
+    const auto left = server.holdings();
+    EXPECT_TRUE(left.taps.empty());
+    EXPECT_TRUE(left.aggregates.empty());
+    EXPECT_EQ(left.ioProcs, 0U);
+    EXPECT_THAT(nextCycle(), testing::Each(0.5F)) << "the process plays on its own";
+}
+
+} // namespace orvanta::test

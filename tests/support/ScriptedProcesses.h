@@ -1,0 +1,71 @@
+#pragma once
+
+#include "core/platform/ProcessTable.h"
+#include "core/platform/Workspace.h"
+
+#include <map>
+#include <string>
+
+namespace orvanta::test {
+
+/// A process table that a test fills in.
+class ScriptedProcessTable final : public ProcessTable {
+public:
+    static constexpr std::int32_t self = 1;
+
+    std::map<std::int32_t, std::string> names;
+    std::map<std::int32_t, std::string> paths;
+    std::map<std::int32_t, std::int32_t> parents;
+
+    [[nodiscard]] std::int32_t ownPID() const override { return self; }
+
+    [[nodiscard]] std::optional<std::string> name(std::int32_t pid) const override {
+        return found(names, pid);
+    }
+
+    [[nodiscard]] std::optional<std::string> path(std::int32_t pid) const override {
+        return found(paths, pid);
+    }
+
+    [[nodiscard]] std::optional<std::int32_t> parent(std::int32_t pid) const override {
+        return found(parents, pid);
+    }
+
+private:
+    template <class Value>
+    static std::optional<Value> found(const std::map<std::int32_t, Value>& map, std::int32_t pid) {
+        const auto entry = map.find(pid);
+        return entry == map.end() ? std::nullopt : std::optional<Value>(entry->second);
+    }
+};
+
+/// An icon that is nothing but its key.
+class KeyIcon final : public Icon {
+public:
+    explicit KeyIcon(std::string key) : key_(std::move(key)) {}
+
+    [[nodiscard]] std::string cacheKey() const override { return key_; }
+
+private:
+    std::string key_;
+};
+
+/// A workspace that a test fills in.
+class ScriptedWorkspace final : public Workspace {
+public:
+    std::map<std::int32_t, RunningApplication> applications;
+    std::map<std::string, IconRef> installedIcons;
+
+    [[nodiscard]] std::optional<RunningApplication>
+    runningApplication(std::int32_t pid) const override {
+        const auto entry = applications.find(pid);
+        return entry == applications.end() ? std::nullopt : std::optional(entry->second);
+    }
+
+    [[nodiscard]] IconRef iconForBundleIdentifier(const std::string& identifier) const override {
+        const auto entry = installedIcons.find(identifier);
+        return entry == installedIcons.end() ? nullptr : entry->second;
+    }
+};
+
+} // namespace orvanta::test
