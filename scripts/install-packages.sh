@@ -7,7 +7,7 @@ set -euo pipefail
 build=(
     cmake g++ gcc ninja-build pkg-config
     libbenchmark-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
-    libpipewire-0.3-dev libsndfile1-dev libspa-0.2-dev
+    libpipewire-0.3-dev librapidcheck-dev libsndfile1-dev libspa-0.2-dev nlohmann-json3-dev
 )
 # A private audio server, players that speak each of its protocols, and what draws a picture.
 run=(

@@ -1,0 +1,7 @@
+#pragma once
+
+namespace orvanta {
+
+struct CompressorKernels {};
+
+} // namespace orvanta

@@ -1,0 +1,7 @@
+#pragma once
+
+namespace orvanta {
+
+struct LevelKernels {};
+
+} // namespace orvanta

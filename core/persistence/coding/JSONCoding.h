@@ -1,0 +1,38 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+
+/// What all records share when they become JSON and come back. Records give the keys, in the order
+/// in which they are written.
+namespace orvanta::coding {
+
+using JSON = nlohmann::ordered_json;
+
+/// Something is not there, is of another type, or does not fit. The text says which and why.
+class CodingError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The number whose shortest text is the float's: 3 and 0.1, not 3.0 and 0.10000000149011612.
+/// Throws for what JSON has no number for.
+[[nodiscard]] JSON encoded(float value);
+
+/// The value of a key that must be there. Throws when it is not, or when `object` is none.
+[[nodiscard]] const JSON& required(const JSON& object, const char* key);
+
+/// The value of a key that may be missing or null: null then. Throws when `object` is none.
+[[nodiscard]] const JSON* optional(const JSON& object, const char* key);
+
+/// Each throws when `value` is of another type: a Boolean is no number, a number no Boolean.
+[[nodiscard]] float decodedFloat(const JSON& value);
+[[nodiscard]] bool decodedBool(const JSON& value);
+[[nodiscard]] std::string decodedString(const JSON& value);
+/// A whole number within the range of Int32.
+[[nodiscard]] int decodedInt(const JSON& value);
+/// Throws when `value` is no array.
+[[nodiscard]] const JSON& decodedArray(const JSON& value);
+
+} // namespace orvanta::coding
