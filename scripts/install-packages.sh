@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what a fresh Debian 12 lacks for Orvanta, group by group: to build it, to run it and its
-# tests against a private audio server, to check the sources, and for the other compiler with its
-# sanitizers. Asks the network only when something is missing.
+# tests against a private audio server, to check the sources, for the other compiler with its
+# sanitizers, and for the other architecture. Asks the network only when something is missing.
 set -euo pipefail
 
 build=(
@@ -17,9 +17,11 @@ run=(
 )
 test=(ccache clang-format git python3)
 full=(clang clang-tidy libclang-rt-dev llvm)
+# The other architecture: its compiler, and what runs its programs here.
+arm64=(g++-aarch64-linux-gnu qemu-user-static)
 
 usage() {
-    echo "usage: ${0##*/} GROUP...   (of: build run test full)" >&2
+    echo "usage: ${0##*/} GROUP...   (of: build run test full arm64)" >&2
     exit 2
 }
 
@@ -35,6 +37,7 @@ for group in "$@"; do
     run) wanted+=("${run[@]}") ;;
     test) wanted+=("${test[@]}") ;;
     full) wanted+=("${full[@]}") ;;
+    arm64) wanted+=("${arm64[@]}") ;;
     *) usage ;;
     esac
 done
