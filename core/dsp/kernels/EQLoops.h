@@ -3,10 +3,339 @@
 #include "core/dsp/kernels/EQKernels.h"
 #include "core/dsp/kernels/Lanes.h"
 
+/// The cascade runs as a systolic array. One filter alone cannot go faster than its own recurrence
+/// (a product and two differences, one after the other), so the filters of all bands work side by
+/// side, each two samples behind the one before it:
+///
+///     step t:   band 0 on sample t,  band 1 on sample t-2,  band 2 on sample t-4, …
+///
+/// The input of a band is then what the band before it put out two steps ago, its y2: nothing that
+/// is computed in a step depends on anything else of the same step, and all of it fits into a few
+/// vectors. Every band still does the same operations in the same order on the same numbers as if
+/// it ran alone.
 namespace orvanta {
 namespace {
 
-constexpr EQKernels kEQLoops{};
+template <std::size_t count>
+struct EQChannels {
+    float* samples[count];
+    EQChannelHistory* histories[count];
+};
+
+/// One sample through one filter.
+ORVANTA_INLINE float filtered(float x, const EQRow& row, EQHistory& history) noexcept {
+    const float y = x * row.b0 + history.x1 * row.b1 + history.x2 * row.b2 - history.y1 * row.a1 -
+                    history.y2 * row.a2;
+    history = {history.x1, x, y, history.y1};
+    return y;
+}
+
+/// For blocks that are too short to fill the array.
+ORVANTA_INLINE void filterOneByOne(float* samples, std::size_t count, const EQCascade& cascade,
+                                   std::size_t firstBand, std::size_t bandCount,
+                                   EQChannelHistory& channel) noexcept {
+    for (std::size_t k = firstBand; k < firstBand + bandCount; ++k) {
+        const EQRow row = cascade.row[k];
+        EQHistory history = channel.bands[cascade.band[k]];
+        for (std::size_t t = 0; t < count; ++t)
+            samples[t] = filtered(samples[t], row, history);
+        channel.bands[cascade.band[k]] = history;
+    }
+}
+
+/// The lanes of `y` moved up by `channels`; the lanes that this frees come from `in`.
+template <std::size_t channels>
+ORVANTA_INLINE Lanes<float, 4> movedUp(Lanes<float, 4> in, Lanes<float, 4> y) noexcept {
+    if constexpr (channels == 1)
+        return __builtin_shufflevector(in, y, 0, 4, 5, 6);
+    else
+        return __builtin_shufflevector(in, y, 0, 1, 4, 5);
+}
+
+#if defined(__AVX2__)
+template <std::size_t channels>
+ORVANTA_INLINE Lanes<float, 8> movedUp(Lanes<float, 8> in, Lanes<float, 8> y) noexcept {
+    if constexpr (channels == 1)
+        return __builtin_shufflevector(in, y, 0, 8, 9, 10, 11, 12, 13, 14);
+    else
+        return __builtin_shufflevector(in, y, 0, 1, 8, 9, 10, 11, 12, 13);
+}
+#endif
+
+/// `bandCount` filters for `channels` channels in vectors of `lanes` lanes. A vector has room for
+/// some bands, a group of `channels` lanes each. Going from band to band means going from vector to
+/// vector, then to the next group of the first one: so only one vector's lanes ever have to move.
+template <std::size_t lanes, std::size_t channels, std::size_t bandCount>
+class SystolicEQ {
+    static constexpr std::size_t kGroups = lanes / channels;
+    static constexpr std::size_t kVectors = (bandCount + kGroups - 1) / kGroups;
+    static constexpr std::size_t kLastVector = (bandCount - 1) % kVectors;
+    static constexpr std::size_t kLastGroup = (bandCount - 1) / kVectors;
+
+    using Vector = Lanes<float, lanes>;
+    using Mask = Lanes<std::int32_t, lanes>;
+
+public:
+    /// How many samples the last band is behind the first.
+    static constexpr std::size_t kLag = 2 * (bandCount - 1);
+
+    /// `count` is at least `kLag`; the filters are those of the cascade from `firstBand` on.
+    static void run(const EQChannels<channels>& on, std::size_t count, const EQCascade& cascade,
+                    std::size_t firstBand) noexcept {
+        SystolicEQ array;
+        array.gather(on, cascade, firstBand);
+        array.fill(on);
+        array.flow(on, count);
+        array.drain(on, count);
+        array.scatter(on, cascade, firstBand);
+    }
+
+private:
+    /// Input and output of one step, all bands.
+    struct Sample {
+        Vector x[kVectors];
+        Vector y[kVectors];
+    };
+
+    struct Rows {
+        Vector b0[kVectors], b1[kVectors], b2[kVectors], a1[kVectors], a2[kVectors];
+    };
+
+    /// The band in that place, `bandCount` or more where there is none.
+    static constexpr std::size_t bandAt(std::size_t vector, std::size_t group) {
+        return group * kVectors + vector;
+    }
+
+    /// A vector with what `number` tells of each lane's band and channel.
+    template <class Number>
+    ORVANTA_INLINE static Vector gathered(std::size_t vector, Number number) noexcept {
+        float numbers[lanes]{};
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            const std::size_t band = bandAt(vector, lane / channels);
+            if (band < bandCount)
+                numbers[lane] = number(band, lane % channels);
+        }
+        return load<Vector>(numbers);
+    }
+
+    ORVANTA_INLINE void gather(const EQChannels<channels>& on, const EQCascade& cascade,
+                               std::size_t firstBand) noexcept {
+        const auto row = [&](std::size_t band) -> const EQRow& {
+            return cascade.row[firstBand + band];
+        };
+        const auto history = [&](std::size_t band, std::size_t channel) -> const EQHistory& {
+            return on.histories[channel]->bands[cascade.band[firstBand + band]];
+        };
+        for (std::size_t v = 0; v < kVectors; ++v) {
+            rows_.b0[v] = gathered(v, [&](auto band, auto) { return row(band).b0; });
+            rows_.b1[v] = gathered(v, [&](auto band, auto) { return row(band).b1; });
+            rows_.b2[v] = gathered(v, [&](auto band, auto) { return row(band).b2; });
+            rows_.a1[v] = gathered(v, [&](auto band, auto) { return row(band).a1; });
+            rows_.a2[v] = gathered(v, [&](auto band, auto) { return row(band).a2; });
+            savedLast_.x[v] =
+                gathered(v, [&](auto band, auto channel) { return history(band, channel).x1; });
+            savedLast_.y[v] =
+                gathered(v, [&](auto band, auto channel) { return history(band, channel).y1; });
+            savedBefore_.x[v] =
+                gathered(v, [&](auto band, auto channel) { return history(band, channel).x2; });
+            savedBefore_.y[v] =
+                gathered(v, [&](auto band, auto channel) { return history(band, channel).y2; });
+        }
+        for (std::size_t lane = 0; lane < lanes; ++lane)
+            groupOfLane_[lane] = static_cast<std::int32_t>(lane / channels);
+    }
+
+    ORVANTA_INLINE void scatter(const EQChannels<channels>& on, const EQCascade& cascade,
+                                std::size_t firstBand) const noexcept {
+        for (std::size_t v = 0; v < kVectors; ++v)
+            for (std::size_t lane = 0; lane < lanes; ++lane) {
+                const std::size_t band = bandAt(v, lane / channels);
+                if (band < bandCount)
+                    on.histories[lane % channels]->bands[cascade.band[firstBand + band]] = {
+                        savedBefore_.x[v][lane], savedLast_.x[v][lane], savedLast_.y[v][lane],
+                        savedBefore_.y[v][lane]};
+            }
+    }
+
+    /// One step of all bands. `before`, two samples ago, becomes the new sample: nothing moves from
+    /// register to register when the two change places from step to step.
+    ORVANTA_INLINE void step(Vector in, const Sample& last, Sample& before) const noexcept {
+        const Vector first = movedUp<channels>(in, before.y[kVectors - 1]);
+#pragma GCC unroll 8
+        for (std::size_t done = 0; done < kVectors; ++done) {
+            const std::size_t v = kVectors - 1 - done; // a vector's input is still old then
+            const Vector x = v > 0 ? before.y[v - 1] : first;
+            before.y[v] = x * rows_.b0[v] + last.x[v] * rows_.b1[v] + before.x[v] * rows_.b2[v] -
+                          last.y[v] * rows_.a1[v] - before.y[v] * rows_.a2[v];
+            before.x[v] = x;
+        }
+    }
+
+    ORVANTA_INLINE static Vector input(const EQChannels<channels>& on, std::size_t t) noexcept {
+        Vector in{};
+        for (std::size_t channel = 0; channel < channels; ++channel)
+            in[channel] = on.samples[channel][t];
+        return in;
+    }
+
+    ORVANTA_INLINE static void output(const Sample& newest, const EQChannels<channels>& on,
+                                      std::size_t t) noexcept {
+        for (std::size_t channel = 0; channel < channels; ++channel)
+            on.samples[channel][t] = newest.y[kLastVector][kLastGroup * channels + channel];
+    }
+
+    /// Lets a band begin: whatever its lanes computed before its first sample is overwritten.
+    ORVANTA_INLINE void enter(std::size_t v, std::size_t group, Sample& last,
+                              Sample& before) const noexcept {
+        const Mask entering = groupOfLane_ == static_cast<std::int32_t>(group);
+        last.x[v] = entering ? savedLast_.x[v] : last.x[v];
+        last.y[v] = entering ? savedLast_.y[v] : last.y[v];
+        before.x[v] = entering ? savedBefore_.x[v] : before.x[v];
+        before.y[v] = entering ? savedBefore_.y[v] : before.y[v];
+    }
+
+    /// Lets a band end: whatever its lanes compute after its last sample is not kept.
+    ORVANTA_INLINE void leave(std::size_t v, std::size_t group, const Sample& last,
+                              const Sample& before) noexcept {
+        const Mask leaving = groupOfLane_ == static_cast<std::int32_t>(group);
+        savedLast_.x[v] = leaving ? last.x[v] : savedLast_.x[v];
+        savedLast_.y[v] = leaving ? last.y[v] : savedLast_.y[v];
+        savedBefore_.x[v] = leaving ? before.x[v] : savedBefore_.x[v];
+        savedBefore_.y[v] = leaving ? before.y[v] : savedBefore_.y[v];
+    }
+
+    /// Steps 0 ..< kLag: one band after the other begins, the last one with the step after these.
+    ORVANTA_INLINE void fill(const EQChannels<channels>& on) noexcept {
+        Sample last = savedLast_;
+        Sample before = savedBefore_;
+        std::size_t t = 0;
+        for (std::size_t group = 0; group <= kLastGroup; ++group) {
+#pragma GCC unroll 8
+            for (std::size_t v = 0; v < kVectors; ++v) {
+                enter(v, group, last, before);
+                if (bandAt(v, group) == bandCount - 1)
+                    break;
+                step(input(on, t), last, before);
+                step(input(on, t + 1), before, last);
+                t += 2;
+            }
+        }
+        last_ = last;
+        before_ = before;
+    }
+
+    /// Steps kLag ..< count, all bands at work.
+    ORVANTA_INLINE void flow(const EQChannels<channels>& on, std::size_t count) noexcept {
+        Sample last = last_;
+        Sample before = before_;
+        std::size_t t = kLag;
+        for (; t + 2 <= count; t += 2) {
+            step(input(on, t), last, before);
+            output(before, on, t - kLag);
+            step(input(on, t + 1), before, last);
+            output(last, on, t + 1 - kLag);
+        }
+        if (t < count) {
+            step(input(on, t), last, before);
+            output(before, on, t - kLag);
+            last_ = before;
+            before_ = last;
+        } else {
+            last_ = last;
+            before_ = before;
+        }
+    }
+
+    /// Steps count ..< count + kLag: one band after the other ends.
+    ORVANTA_INLINE void drain(const EQChannels<channels>& on, std::size_t count) noexcept {
+        Sample last = last_;
+        Sample before = before_;
+        std::size_t t = count - kLag;
+        for (std::size_t group = 0; group <= kLastGroup; ++group) {
+#pragma GCC unroll 8
+            for (std::size_t v = 0; v < kVectors; ++v) {
+                leave(v, group, last, before);
+                if (bandAt(v, group) == bandCount - 1)
+                    break;
+                step(Vector{}, last, before);
+                output(before, on, t);
+                step(Vector{}, before, last);
+                output(last, on, t + 1);
+                t += 2;
+            }
+        }
+    }
+
+    Rows rows_{};
+    /// The histories, of the bands that have not begun and of those that have ended.
+    Sample savedLast_{};
+    Sample savedBefore_{};
+    Sample last_;
+    Sample before_;
+    Mask groupOfLane_{};
+};
+
+/// More vectors than this and the states of a step no longer fit into sixteen registers.
+constexpr std::size_t kMostVectors = 3;
+
+template <std::size_t lanes, std::size_t channels, std::size_t bandCount>
+ORVANTA_INLINE void runPass(const EQChannels<channels>& on, std::size_t count,
+                            const EQCascade& cascade, std::size_t firstBand) noexcept {
+    using Array = SystolicEQ<lanes, channels, bandCount>;
+    if (count >= Array::kLag) {
+        Array::run(on, count, cascade, firstBand);
+        return;
+    }
+    for (std::size_t channel = 0; channel < channels; ++channel)
+        filterOneByOne(on.samples[channel], count, cascade, firstBand, bandCount,
+                       *on.histories[channel]);
+}
+
+/// The whole cascade, in as few passes as there is room for.
+template <std::size_t lanes, std::size_t channels>
+ORVANTA_INLINE void runCascade(const EQChannels<channels>& on, std::size_t count,
+                               const EQCascade& cascade) noexcept {
+    constexpr std::size_t kRoom = kMostVectors * lanes / channels;
+    constexpr std::size_t kMost = kRoom < kMostCascadedBands ? kRoom : kMostCascadedBands;
+    const std::size_t passes = (cascade.count + kMost - 1) / kMost;
+    std::size_t done = 0;
+    for (std::size_t left = passes; left > 0; --left) {
+        const std::size_t bands = (cascade.count - done + left - 1) / left;
+        switch (bands) {
+#define ORVANTA_PASS(bandCount)                                                                    \
+    case bandCount:                                                                                \
+        if constexpr (bandCount <= kMost)                                                          \
+            runPass<lanes, channels, bandCount>(on, count, cascade, done);                         \
+        break;
+            ORVANTA_PASS(1)
+            ORVANTA_PASS(2)
+            ORVANTA_PASS(3)
+            ORVANTA_PASS(4)
+            ORVANTA_PASS(5)
+            ORVANTA_PASS(6)
+            ORVANTA_PASS(7)
+            ORVANTA_PASS(8)
+            ORVANTA_PASS(9)
+            ORVANTA_PASS(10)
+#undef ORVANTA_PASS
+        default:
+            break;
+        }
+        done += bands;
+    }
+}
+
+void equaliseMono(float* samples, std::size_t count, const EQCascade& cascade,
+                  EQChannelHistory& history) noexcept {
+    runCascade<kLanes, 1>({{samples}, {&history}}, count, cascade);
+}
+
+void equalisePair(float* left, float* right, std::size_t count, const EQCascade& cascade,
+                  EQChannelHistory& leftHistory, EQChannelHistory& rightHistory) noexcept {
+    runCascade<kLanes, 2>({{left, right}, {&leftHistory, &rightHistory}}, count, cascade);
+}
+
+constexpr EQKernels kEQLoops{equaliseMono, equalisePair};
 
 } // namespace
 } // namespace orvanta

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "core/dsp/EQBand.h"
+
+#include <array>
+
+namespace orvanta {
+
+/// b0, b1, b2, a1, a2 of y = b0·x + b1·x[-1] + b2·x[-2] - a1·y[-1] - a2·y[-2].
+using EQCoefficients = std::array<double, 5>;
+
+/// Leaves every signal as it is.
+inline constexpr EQCoefficients kEQIdentity{1, 0, 0, 0, 0};
+
+/// The filter of one band: the shelves and the peak of R. Bristow-Johnson's "Cookbook formulae for
+/// audio EQ biquad filter coefficients", with alpha from Q for all three. A band that is not active
+/// gives the identity.
+///
+/// Below half of `sampleRate` the filter is stable. A band exactly at half of it gives a shelf
+/// whose poles are cancelled by its zeros on the unit circle, one beyond it gives what the formulas
+/// give, which may be no stable filter, and a rate of 0 gives no numbers at all.
+[[nodiscard]] EQCoefficients eqCoefficients(const EQBand& band, double sampleRate) noexcept;
+
+} // namespace orvanta
