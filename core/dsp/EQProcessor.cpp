@@ -98,7 +98,7 @@ void EQProcessor::publish() noexcept {
             continue;
         EQCascade& cascade = next.cascade;
         cascade.band[cascade.count] = band;
-        cascade.row[cascade.count] = {b0, b1, b2, a1, a2};
+        cascade.row[cascade.count] = {b0, b1, b2, a1, a2, {}};
         ++cascade.count;
     }
     published_.publish(next);

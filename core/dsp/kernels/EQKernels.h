@@ -10,6 +10,7 @@ constexpr std::size_t kMostCascadedBands = 10;
 /// y = ((x·b0 + x1·b1) + x2·b2) - y1·a1 - y2·a2, from left to right, every step rounded.
 struct EQRow {
     float b0, b1, b2, a1, a2;
+    float unused[3]; ///< so that four numbers at a time can be read
 };
 
 /// What a filter remembers of one channel's last two samples: the input oldest first, the output

@@ -205,7 +205,7 @@ TEST_P(EQKernels, NoOutputHistoryStaysSubnormalOnceTheSignalIsGone) {
         design.setGain(static_cast<int>(band), band % 2 == 0 ? 6.0F : -6.0F);
         const auto [b0, b1, b2, a1, a2] = design.vdspCoeffs()[band];
         cascade.band[cascade.count] = band;
-        cascade.row[cascade.count++] = {b0, b1, b2, a1, a2};
+        cascade.row[cascade.count++] = {b0, b1, b2, a1, a2, {}};
     }
     EQChannelHistory left{};
     EQChannelHistory right{};
