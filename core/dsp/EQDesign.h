@@ -16,9 +16,10 @@ inline constexpr EQCoefficients kEQIdentity{1, 0, 0, 0, 0};
 /// audio EQ biquad filter coefficients", with alpha from Q for all three. A band that is not active
 /// gives the identity.
 ///
-/// Below half of `sampleRate` the filter is stable. A band exactly at half of it gives a shelf
-/// whose poles are cancelled by its zeros on the unit circle, one beyond it gives what the formulas
-/// give, which may be no stable filter, and a rate of 0 gives no numbers at all.
+/// Below half of `sampleRate` the filter is stable, and up to 95 % of it also when rounded to
+/// single precision. At half of it a shelf's poles and zeros cancel each other on the unit circle,
+/// so that rounding errors of the running filter add up; beyond it the formulas may give no stable
+/// filter, and at a rate of 0 no numbers.
 [[nodiscard]] EQCoefficients eqCoefficients(const EQBand& band, double sampleRate) noexcept;
 
 } // namespace orvanta

@@ -226,17 +226,19 @@ private:
         }
     }
 
-    /// One step of all bands. `before`, two samples ago, becomes the new sample: nothing moves from
-    /// register to register when the two change places from step to step.
-    ORVANTA_INLINE void step(Vector in, const Sample& last, Sample& before) const noexcept {
-        const Vector first = movedUp<channels>(in, before.y[kVectors - 1]);
+    /// One step of all bands. The sample before the previous one gives way to the new one: when the
+    /// two change places from step to step, nothing moves from register to register.
+    ORVANTA_INLINE void step(Vector in, const Sample& previous, Sample& oldest) const noexcept {
+        const Vector first = movedUp<channels>(in, oldest.y[kVectors - 1]);
 #pragma GCC unroll 8
         for (std::size_t done = 0; done < kVectors; ++done) {
-            const std::size_t v = kVectors - 1 - done; // a vector's input is still old then
-            const Vector x = v > 0 ? before.y[v - 1] : first;
-            before.y[v] = x * rows_.b0[v] + last.x[v] * rows_.b1[v] + before.x[v] * rows_.b2[v] -
-                          last.y[v] * rows_.a1[v] - before.y[v] * rows_.a2[v];
-            before.x[v] = x;
+            const std::size_t v =
+                kVectors - 1 - done; // downwards: what v - 1 put out is still there
+            const Vector x = v > 0 ? oldest.y[v - 1] : first;
+            oldest.y[v] = x * rows_.b0[v] + previous.x[v] * rows_.b1[v] +
+                          oldest.x[v] * rows_.b2[v] - previous.y[v] * rows_.a1[v] -
+                          oldest.y[v] * rows_.a2[v];
+            oldest.x[v] = x;
         }
     }
 
@@ -373,8 +375,8 @@ ORVANTA_INLINE void runCascade(const EQChannels<channels>& on, std::size_t count
         switch (bands) {
 #define ORVANTA_PASS(bandCount)                                                                    \
     case bandCount:                                                                                \
-        if constexpr (bandCount <= kMost)                                                          \
-            runPass<lanes, channels, bandCount>(on, count, cascade, done);                         \
+        if constexpr ((bandCount) <= kMost)                                                        \
+            runPass<lanes, channels, (bandCount)>(on, count, cascade, done);                       \
         break;
             ORVANTA_PASS(1)
             ORVANTA_PASS(2)

@@ -33,7 +33,7 @@ public:
         const bool isShelf = band == 0 || band == kBands - 1;
         const double frequency =
             std::array<double, kBands>{31, 62, 125, 250, 500, 1000, 2000, 4000, 8000, 16000}[band];
-        const double q = static_cast<double>(isShelf ? 0.707F : 1.4F);
+        const auto q = static_cast<double>(isShelf ? 0.707F : 1.4F);
         const double A = std::pow(10.0, static_cast<double>(gains_[band]) / 40.0);
         const double w0 = frequency * 6.283185307179586 / sampleRate_;
         const double s = std::sin(w0);
