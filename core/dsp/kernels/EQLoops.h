@@ -190,7 +190,7 @@ private:
         for (std::size_t v = 0; v < kVectors; ++v) {
             Vector fields[4];
             gather(
-                v, [&](std::size_t band, std::size_t) { return &cascade.row[firstBand + band].b0; },
+                v, [&](std::size_t band, std::size_t) { return &cascade.row[firstBand + band]; },
                 fields);
             rows_.b0[v] = fields[0];
             rows_.b1[v] = fields[1];
@@ -203,7 +203,7 @@ private:
             gather(
                 v,
                 [&](std::size_t band, std::size_t channel) {
-                    return &on.histories[channel]->bands[cascade.band[firstBand + band]].x2;
+                    return &on.histories[channel]->bands[cascade.band[firstBand + band]];
                 },
                 fields);
             savedBefore_.x[v] = fields[0];
@@ -221,7 +221,7 @@ private:
             const Vector fields[4]{savedBefore_.x[v], savedLast_.x[v], savedLast_.y[v],
                                    savedBefore_.y[v]};
             scatter(fields, v, [&](std::size_t band, std::size_t channel) {
-                return &on.histories[channel]->bands[cascade.band[firstBand + band]].x2;
+                return &on.histories[channel]->bands[cascade.band[firstBand + band]];
             });
         }
     }
@@ -232,8 +232,8 @@ private:
         const Vector first = movedUp<channels>(in, oldest.y[kVectors - 1]);
 #pragma GCC unroll 8
         for (std::size_t done = 0; done < kVectors; ++done) {
-            const std::size_t v =
-                kVectors - 1 - done; // downwards: what v - 1 put out is still there
+            // Downwards, so that what the vector before put out two steps ago is still there.
+            const std::size_t v = kVectors - 1 - done;
             const Vector x = v > 0 ? oldest.y[v - 1] : first;
             oldest.y[v] = x * rows_.b0[v] + previous.x[v] * rows_.b1[v] +
                           oldest.x[v] * rows_.b2[v] - previous.y[v] * rows_.a1[v] -
