@@ -368,10 +368,9 @@ ORVANTA_INLINE void runCascade(const EQChannels<channels>& on, std::size_t count
                                const EQCascade& cascade) noexcept {
     constexpr std::size_t kRoom = kMostVectors * lanes / channels;
     constexpr std::size_t kMost = kRoom < kMostCascadedBands ? kRoom : kMostCascadedBands;
-    const std::size_t passes = (cascade.count + kMost - 1) / kMost;
-    std::size_t done = 0;
-    for (std::size_t left = passes; left > 0; --left) {
-        const std::size_t bands = (cascade.count - done + left - 1) / left;
+    for (std::size_t done = 0; done < cascade.count;) {
+        const std::size_t left = cascade.count - done;
+        const std::size_t bands = left < kMost ? left : kMost;
         switch (bands) {
 #define ORVANTA_PASS(bandCount)                                                                    \
     case bandCount:                                                                                \
