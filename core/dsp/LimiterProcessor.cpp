@@ -1,7 +1,8 @@
 #include "core/dsp/LimiterProcessor.h"
 
+#include "core/dsp/UsableRate.h"
+
 #include <algorithm>
-#include <cfloat>
 #include <cmath>
 
 namespace orvanta {
@@ -9,12 +10,6 @@ namespace {
 
 constexpr double kLookAheadSeconds = 0.001;
 constexpr double kReleaseSeconds = 0.05;
-constexpr double kHighestRate = 1e9;
-
-/// What is no rate, NaN included, leaves the shortest times.
-double usableRate(double sampleRate) {
-    return sampleRate > 0.0 ? std::min(sampleRate, kHighestRate) : 0.0;
-}
 
 std::size_t lookAheadAt(double sampleRate) {
     return std::max<std::size_t>(
@@ -28,69 +23,74 @@ float releaseAt(double sampleRate) {
 
 } // namespace
 
-LimiterProcessor::LimiterProcessor(double sampleRate, std::size_t maxChannels)
-    : lookAheadSamples_(lookAheadAt(sampleRate)),
+LimiterProcessor::LimiterProcessor(double sampleRate, std::size_t maxChannels,
+                                   const Kernels& kernels)
+    : kernels_(kernels.level),
+      lookAheadSamples_(lookAheadAt(sampleRate)),
       releaseCoeff_(releaseAt(sampleRate)),
-      maxChannels_(maxChannels),
-      ringBuffer_(lookAheadSamples_ * maxChannels),
-      ringPos_(maxChannels),
-      envelope_(maxChannels) {}
+      channels_(maxChannels, Channel{.line = DelayLine(lookAheadSamples_)}) {}
 
 void LimiterProcessor::setCeiling(float decibels) noexcept {
     ceiling_.store(decibels);
     ceilingLinear_.store(std::pow(10.0F, decibels / 20.0F));
 }
 
-void LimiterProcessor::reset() noexcept {
-    gainReductionDB_.store(0.0F);
-    resetAsked_.store(true, std::memory_order_release);
+LimiterSettings LimiterProcessor::settings() const noexcept {
+    return {
+        .ceiling = ceilingLinear_.load(), .release = releaseCoeff_, .lookAhead = lookAheadSamples_};
 }
 
-void LimiterProcessor::clearIfAsked() noexcept {
-    if (!resetAsked_.load(std::memory_order_relaxed))
-        return;
-    resetAsked_.store(false, std::memory_order_relaxed);
-    std::fill(ringBuffer_.begin(), ringBuffer_.end(), 0.0F);
-    std::fill(ringPos_.begin(), ringPos_.end(), std::size_t{0});
-    std::fill(envelope_.begin(), envelope_.end(), 0.0F);
+void LimiterProcessor::clear() noexcept {
+    for (Channel& channel : channels_) {
+        channel.line.clear();
+        channel.envelope = 0.0F;
+    }
     gainReductionDB_.store(0.0F);
 }
 
 void LimiterProcessor::process(float* buffer, std::size_t count, std::size_t channel) noexcept {
-    if (!enabled_.load() || channel >= maxChannels_ || count < 1)
+    if (!enabled_.load() || channel >= channels_.size() || count < 1)
         return;
-    clearIfAsked();
+    clear_.answer([this] { clear(); });
 
-    // Locals, because a store to the buffer could change any member for all the compiler knows.
-    const float ceiling = ceilingLinear_.load();
-    const float release = releaseCoeff_;
-    float* const ring = ringBuffer_.data() + channel * lookAheadSamples_;
-    const std::size_t length = lookAheadSamples_;
-    std::size_t position = ringPos_[channel];
-    float envelope = envelope_[channel];
-    float minGain = 1.0F;
-
-    for (std::size_t k = 0; k < count; ++k) {
-        const float magnitude = std::fabs(buffer[k]);
-        const bool isFinite = magnitude <= FLT_MAX;
-        const float level = isFinite ? magnitude : 0.0F;
-        envelope = envelope < level ? level : envelope * release;
-
-        float gain = 1.0F;
-        if (envelope > ceiling) {
-            gain = ceiling / envelope;
-            minGain = std::min(minGain, gain);
-        }
-        const float delayed = ring[position];
-        ring[position] = isFinite ? buffer[k] : 0.0F;
-        if (++position == length)
-            position = 0;
-        buffer[k] = gain * delayed;
+    const LimiterSettings limits = settings();
+    Channel& state = channels_[channel];
+    LimiterRun run{.envelope = state.envelope};
+    for (std::size_t done = 0; done < count;) {
+        const std::size_t length = std::min(count - done, state.line.longestRun());
+        run.line = state.line.nextRun(length);
+        kernels_.limit(buffer + done, length, limits, run);
+        done += length;
     }
+    state.envelope = run.envelope;
+    publishReduction(run.minGain);
+}
 
-    ringPos_[channel] = position;
-    envelope_[channel] = envelope;
-    publishReduction(minGain);
+void LimiterProcessor::processPair(float* left, float* right, std::size_t count) noexcept {
+    if (channels_.size() < 2) {
+        process(left, count, 0);
+        return;
+    }
+    if (!enabled_.load() || count < 1)
+        return;
+    clear_.answer([this] { clear(); });
+
+    const LimiterSettings limits = settings();
+    Channel& first = channels_[0];
+    Channel& second = channels_[1];
+    LimiterRun firstRun{.envelope = first.envelope};
+    LimiterRun secondRun{.envelope = second.envelope};
+    for (std::size_t done = 0; done < count;) {
+        const std::size_t length = std::min(count - done, first.line.longestRun());
+        firstRun.line = first.line.nextRun(length);
+        secondRun.line = second.line.nextRun(length);
+        kernels_.limitPair(left + done, right + done, length, limits, firstRun, secondRun);
+        done += length;
+    }
+    first.envelope = firstRun.envelope;
+    second.envelope = secondRun.envelope;
+    publishReduction(firstRun.minGain);
+    publishReduction(secondRun.minGain);
 }
 
 void LimiterProcessor::publishReduction(float minGain) noexcept {

@@ -1,5 +1,9 @@
 #include "core/dsp/VectorOperations.h"
 
+#include "core/dsp/FlushDenormals.h"
+#include "tests/core/dsp/LevelSignals.h"
+#include "tests/support/reference/Levels.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -117,6 +121,70 @@ TEST(VectorOperations, RootMeanSquareOfHugeNumbersStaysFinite) {
     const std::vector<float> samples(100, 3e38F);
     EXPECT_FLOAT_EQ(vDSP::rmsqv(samples.data(), samples.size()), 3e38F);
     EXPECT_EQ(vDSP::maxmgv(samples.data(), samples.size()), 3e38F);
+}
+
+void expectPlainLevels(const Kernels& kernels, float amplitude) {
+    for (const std::size_t n : test::blockLengths()) {
+        const auto samples = test::roughNoise(n, amplitude, static_cast<unsigned>(n));
+        const LevelSums levels = kernels.level.measure(samples.data(), n);
+        ASSERT_EQ(levels.squares, reference::sumOfSquares(samples)) << n;
+        ASSERT_EQ(levels.peak, reference::peak(samples)) << n;
+    }
+}
+
+TEST(VectorOperations, MeasureTheBitsOfThePlainLoopsInEveryInstructionSet) {
+    for (const Kernels* const kernels : test::everyKernels()) {
+        ASSERT_NO_FATAL_FAILURE(expectPlainLevels(*kernels, 1.0F));
+        const FlushDenormals flushed;
+        ASSERT_NO_FATAL_FAILURE(expectPlainLevels(*kernels, 1.0F));
+        ASSERT_NO_FATAL_FAILURE(expectPlainLevels(*kernels, 1e-20F));
+    }
+}
+
+TEST(VectorOperations, LevelsAreRootMeanSquareAndLargestMagnitudeInOnePass) {
+    for (std::size_t n = 1; n < 100; ++n) {
+        const auto samples = noise(n, 5);
+        const vDSP::Levels levels = vDSP::levels(samples.data(), n);
+        ASSERT_EQ(levels.rms, reference::rms(samples)) << n;
+        ASSERT_EQ(levels.peak, reference::peak(samples)) << n;
+        ASSERT_EQ(vDSP::rmsqv(samples.data(), n), levels.rms) << n;
+        ASSERT_EQ(vDSP::maxmgv(samples.data(), n), levels.peak) << n;
+    }
+    EXPECT_EQ(vDSP::levels(nullptr, 0).rms, 0.0F);
+    EXPECT_EQ(vDSP::levels(nullptr, 0).peak, 0.0F);
+    const std::vector<float> huge(100, 3e38F);
+    EXPECT_FLOAT_EQ(vDSP::levels(huge.data(), huge.size()).rms, 3e38F);
+}
+
+void expectPlainCopiesAndProducts(const Kernels& kernels) {
+    for (const std::size_t n : test::blockLengths()) {
+        const auto samples = test::roughNoise(n, 1.0F, static_cast<unsigned>(n));
+        auto finite = samples;
+        for (float& sample : finite)
+            sample = std::isfinite(sample) ? sample : 0.0F;
+        auto scaled = finite;
+        for (float& sample : scaled)
+            sample = sample * 0.3F;
+
+        std::vector<float> copy(n);
+        kernels.level.copyFinite(samples.data(), copy.data(), n);
+        ASSERT_EQ(test::bitsOf(copy), test::bitsOf(finite)) << n;
+        auto inPlace = samples;
+        kernels.level.copyFinite(inPlace.data(), inPlace.data(), n);
+        ASSERT_EQ(test::bitsOf(inPlace), test::bitsOf(finite)) << n;
+        kernels.level.scale(finite.data(), 0.3F, copy.data(), n);
+        ASSERT_EQ(test::bitsOf(copy), test::bitsOf(scaled)) << n;
+        kernels.level.scale(finite.data(), 0.3F, finite.data(), n);
+        ASSERT_EQ(test::bitsOf(finite), test::bitsOf(scaled)) << n;
+    }
+}
+
+TEST(VectorOperations, CopyAndMultiplyTheBitsOfThePlainLoopsInEveryInstructionSet) {
+    for (const Kernels* const kernels : test::everyKernels()) {
+        ASSERT_NO_FATAL_FAILURE(expectPlainCopiesAndProducts(*kernels));
+        const FlushDenormals flushed;
+        ASSERT_NO_FATAL_FAILURE(expectPlainCopiesAndProducts(*kernels));
+    }
 }
 
 } // namespace
