@@ -67,4 +67,18 @@ EQCoefficients eqCoefficients(const EQBand& band, double sampleRate) noexcept {
     return {b0 / a0, b1 / a0, b2 / a0, a1 / a0, a2 / a0};
 }
 
+EQSingleCoefficients rounded(const EQCoefficients& coefficients) noexcept {
+    EQSingleCoefficients single{};
+    for (std::size_t k = 0; k < single.size(); ++k)
+        single[k] = static_cast<float>(coefficients[k]);
+    return single;
+}
+
+bool isStable(const EQSingleCoefficients& coefficients) noexcept {
+    const auto a1 = static_cast<double>(coefficients[3]);
+    const auto a2 = static_cast<double>(coefficients[4]);
+    // The triangle in which both poles are inside; NaN is in no triangle.
+    return std::fabs(a2) < 1.0 && std::fabs(a1) < 1.0 + a2;
+}
+
 } // namespace orvanta

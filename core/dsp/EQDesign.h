@@ -17,9 +17,17 @@ inline constexpr EQCoefficients kEQIdentity{1, 0, 0, 0, 0};
 /// gives the identity.
 ///
 /// Below half of `sampleRate` the filter is stable, and up to 95 % of it also when rounded to
-/// single precision. At half of it a shelf's poles and zeros cancel each other on the unit circle,
-/// so that rounding errors of the running filter add up; beyond it the formulas may give no stable
-/// filter, and at a rate of 0 no numbers.
+/// single precision. At half of it a shelf's poles and zeros cancel each other on the unit circle;
+/// beyond it the formulas may give no stable filter, and at a rate of 0 no numbers.
 [[nodiscard]] EQCoefficients eqCoefficients(const EQBand& band, double sampleRate) noexcept;
+
+/// Coefficients as they run.
+using EQSingleCoefficients = std::array<float, 5>;
+
+[[nodiscard]] EQSingleCoefficients rounded(const EQCoefficients& coefficients) noexcept;
+
+/// Whether the filter with these coefficients forgets what it has heard: both poles are inside the
+/// unit circle, not on it, where rounding errors would add up for ever.
+[[nodiscard]] bool isStable(const EQSingleCoefficients& coefficients) noexcept;
 
 } // namespace orvanta

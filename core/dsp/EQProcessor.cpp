@@ -81,8 +81,7 @@ void EQProcessor::recalculateAllCoefficients() noexcept {
 
 void EQProcessor::updateBandCoefficients(std::size_t band) noexcept {
     coefficients_[band] = eqCoefficients(bands_[band], sampleRate_);
-    std::transform(coefficients_[band].begin(), coefficients_[band].end(),
-                   vdspCoeffs_[band].begin(), [](double each) { return static_cast<float>(each); });
+    vdspCoeffs_[band] = rounded(coefficients_[band]);
 }
 
 void EQProcessor::publish() noexcept {
@@ -93,9 +92,9 @@ void EQProcessor::publish() noexcept {
         if (!bands_[band].isActive())
             continue;
         isFlat = false;
-        const auto& [b0, b1, b2, a1, a2] = vdspCoeffs_[band];
-        if (!std::isfinite(b0 + b1 + b2 + a1 + a2))
+        if (!isStable(vdspCoeffs_[band]))
             continue;
+        const auto& [b0, b1, b2, a1, a2] = vdspCoeffs_[band];
         EQCascade& cascade = next.cascade;
         cascade.band[cascade.count] = band;
         cascade.row[cascade.count] = {b0, b1, b2, a1, a2, {}};

@@ -32,7 +32,9 @@ public:
 
     static constexpr float kLargestGain = 12.0F; // dB, up and down
 
-    /// `sampleRate` in Hz is taken as it is; bands without finite coefficients are left out.
+    /// `sampleRate` in Hz is taken as it is. A band for which it is too low, so that its filter
+    /// would not be stable, has its coefficients but is left out of the cascade: it would ring up
+    /// for ever.
     EQProcessor(double sampleRate, std::size_t maxChannels,
                 const Kernels& kernels = orvanta::kernels());
 
@@ -65,7 +67,7 @@ public:
     [[nodiscard]] std::size_t maxChannels() const noexcept { return histories_.size(); }
 
     using Coefficients = std::array<EQCoefficients, kEQBandCount>;
-    using SingleCoefficients = std::array<std::array<float, 5>, kEQBandCount>;
+    using SingleCoefficients = std::array<EQSingleCoefficients, kEQBandCount>;
 
     [[nodiscard]] const Coefficients& coefficients() const noexcept { return coefficients_; }
 

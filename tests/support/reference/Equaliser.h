@@ -79,7 +79,7 @@ public:
             return;
         const std::size_t n = std::min(count, kMostSamples);
         for (std::size_t band = 0; band < kBands; ++band)
-            if (isActive(band) && isFinite(singleRow(band)))
+            if (isActive(band) && isStable(singleRow(band)))
                 filter(buffer, n, singleRow(band), histories_[channel][band]);
         recover(buffer, n, histories_[channel]);
     }
@@ -91,8 +91,10 @@ private:
 
     using ChannelHistory = std::array<History, kBands>;
 
-    static bool isFinite(const std::array<float, 5>& row) {
-        return std::all_of(row.begin(), row.end(), [](float each) { return std::isfinite(each); });
+    /// A filter that would ring up for ever is left out.
+    static bool isStable(const std::array<float, 5>& row) {
+        return std::fabs(row[4]) < 1.0F &&
+               static_cast<double>(std::fabs(row[3])) < 1.0 + static_cast<double>(row[4]);
     }
 
     static void filter(float* buffer, std::size_t n, const std::array<float, 5>& row,
@@ -128,7 +130,7 @@ private:
             if (!std::isfinite(buffer[k]))
                 buffer[k] = 0;
         for (std::size_t band = 0; band < kBands; ++band)
-            if (isActive(band) && isFinite(singleRow(band)))
+            if (isActive(band) && isStable(singleRow(band)))
                 histories[band] = {};
     }
 
