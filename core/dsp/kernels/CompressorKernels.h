@@ -71,7 +71,7 @@ struct BandSignals {
     float* band[kCompressorBandCount];
 };
 
-inline constexpr std::size_t kBandSignalMargin = 8;
+inline constexpr std::size_t kBandSignalMargin = 16;
 
 /// The way of one band's envelope in one channel.
 struct EnvelopeChain {
