@@ -21,7 +21,7 @@ constexpr float kMaxDBPerSecond = 2.0F;
 constexpr float kGainTolerance = 0.001F;
 constexpr float kSmallestMean = 1e-20F;
 constexpr float kSmallestLevel = 1e-10F;
-constexpr float kSilenceDB = -120.0F;
+constexpr float kNoGainDB = -120.0F;
 
 constexpr Weighting kWeightingAtRest{{kWeightCoeffsStage1, kWeightCoeffsStage2}, {}};
 
@@ -132,7 +132,7 @@ void NormalizationProcessor::slew(std::size_t count, std::size_t channel) noexce
         next = current / step;
     currentGainLinear_.store(next);
     if (channel == 0)
-        currentGainDB_.store(next > kSmallestLevel ? 20.0F * std::log10(next) : kSilenceDB);
+        currentGainDB_.store(next > kSmallestLevel ? 20.0F * std::log10(next) : kNoGainDB);
 }
 
 } // namespace orvanta

@@ -95,5 +95,18 @@ ORVANTA_INLINE Float4 narrow(Double4 lanes) noexcept {
 }
 #endif
 
+/// Four records of four numbers become four vectors, of the first numbers, of the second, and so
+/// on; and the other way round.
+ORVANTA_INLINE void transpose(Float4 (&rows)[4]) noexcept {
+    const Float4 low01 = __builtin_shufflevector(rows[0], rows[1], 0, 4, 1, 5);
+    const Float4 high01 = __builtin_shufflevector(rows[0], rows[1], 2, 6, 3, 7);
+    const Float4 low23 = __builtin_shufflevector(rows[2], rows[3], 0, 4, 1, 5);
+    const Float4 high23 = __builtin_shufflevector(rows[2], rows[3], 2, 6, 3, 7);
+    rows[0] = __builtin_shufflevector(low01, low23, 0, 1, 4, 5);
+    rows[1] = __builtin_shufflevector(low01, low23, 2, 3, 6, 7);
+    rows[2] = __builtin_shufflevector(high01, high23, 0, 1, 4, 5);
+    rows[3] = __builtin_shufflevector(high01, high23, 2, 3, 6, 7);
+}
+
 } // namespace
 } // namespace orvanta
