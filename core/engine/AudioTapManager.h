@@ -70,8 +70,31 @@ public:
     void setNoiseGate(std::int32_t pid, bool enabled, float threshold);
     /// True while the gate is disabled.
     [[nodiscard]] std::optional<bool> isNoiseGateOpen(std::int32_t pid) const;
+    /// `gain` in dB, limited by the equaliser; a band it does not have is ignored.
+    void setEQ(std::int32_t pid, int band, float gain);
+    /// None until a band has been set once.
+    [[nodiscard]] std::optional<EQPreset> getEQ(std::int32_t pid) const;
+    /// A preset without any ratio of 1.05 or more drops the compressor with all it remembers.
+    /// Another one must have three bands to change anything.
+    void setCompressor(std::int32_t pid, const CompressorPreset& preset);
+    [[nodiscard]] std::optional<CompressorPreset> getCompressor(std::int32_t pid) const;
+    /// Positive dB for each band.
+    [[nodiscard]] std::optional<std::vector<float>>
+    getCompressorGainReduction(std::int32_t pid) const;
     void setLimiterEnabled(std::int32_t pid, bool enabled);
     [[nodiscard]] bool isLimiterEnabled(std::int32_t pid) const;
+    /// Disabling brings the gain back to unity.
+    void setNormalizationEnabled(std::int32_t pid, bool enabled);
+    [[nodiscard]] bool isNormalizationEnabled(std::int32_t pid) const;
+    /// dB; none until normalisation has been enabled once.
+    [[nodiscard]] std::optional<float> getNormalizationGain(std::int32_t pid) const;
+    /// Limits to 0.0 … 2.5.
+    void setStereoWidth(std::int32_t pid, float width);
+    [[nodiscard]] std::optional<float> getStereoWidth(std::int32_t pid) const;
+    /// Limits to 0.0 … 1.0. Amounts up to 0.01 make no processor, but an existing one takes them.
+    void setCrossfeed(std::int32_t pid, float amount);
+    /// A present 0.0, unlike its neighbours, where there is no crossfeed or no tap.
+    [[nodiscard]] std::optional<float> getCrossfeed(std::int32_t pid) const;
 
     [[nodiscard]] std::optional<std::string> getOutputDeviceUID(std::int32_t pid) const;
     [[nodiscard]] std::optional<AudioLevel> getAudioLevel(std::int32_t pid) const;

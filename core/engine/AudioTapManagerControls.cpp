@@ -1,23 +1,16 @@
-// The settings of a running tap, and what its callback publishes.
+// The plain settings of a running tap, and what its callback publishes.
 
 #include "core/engine/AudioTapManager.h"
+#include "core/engine/Limited.h"
 
 #include <cmath>
 
 namespace orvanta {
 namespace {
 
-/// Limits a setting; NaN gives the upper limit.
-float limited(float value, float lowest, float highest) {
-    return std::fmax(std::fmin(value, highest), lowest);
-}
-
 float linearFromDecibels(float decibels) {
     return std::pow(10.0F, decibels / 20.0F);
 }
-
-/// The limiter keeps state for a stereo pair, whatever the tap's channel count is.
-constexpr std::size_t kLimiterChannels = 2;
 
 } // namespace
 
@@ -82,29 +75,24 @@ void AudioTapManager::setNoiseGate(std::int32_t pid, bool enabled, float thresho
         wake(*state);
 }
 
+void AudioTapManager::setStereoWidth(std::int32_t pid, float width) {
+    const std::scoped_lock guard(lock_);
+    if (TapState* const state = find(pid))
+        state->stereoWidth.store(limited(width, 0.0F, 2.5F));
+}
+
+std::optional<float> AudioTapManager::getStereoWidth(std::int32_t pid) const {
+    const std::scoped_lock guard(lock_);
+    const TapState* const state = find(pid);
+    return state ? std::optional(state->stereoWidth.load()) : std::nullopt;
+}
+
 std::optional<bool> AudioTapManager::isNoiseGateOpen(std::int32_t pid) const {
     const std::scoped_lock guard(lock_);
     const TapState* const state = find(pid);
     if (state == nullptr)
         return std::nullopt;
     return !state->noiseGateEnabled.load() || state->gateOpen.load();
-}
-
-void AudioTapManager::setLimiterEnabled(std::int32_t pid, bool enabled) {
-    const std::scoped_lock guard(lock_);
-    TapState* const state = find(pid);
-    if (state == nullptr)
-        return;
-    state->limiterEnabled.store(enabled);
-    if (enabled && state->limiter.get() == nullptr)
-        state->limiter.replace(
-            std::make_unique<LimiterProcessor>(state->sampleRate, kLimiterChannels));
-}
-
-bool AudioTapManager::isLimiterEnabled(std::int32_t pid) const {
-    const std::scoped_lock guard(lock_);
-    const TapState* const state = find(pid);
-    return state != nullptr && state->limiterEnabled.load();
 }
 
 std::optional<std::string> AudioTapManager::getOutputDeviceUID(std::int32_t pid) const {

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "core/dsp/CompressorProcessor.h"
+#include "core/dsp/CrossfeedProcessor.h"
+#include "core/dsp/EQProcessor.h"
 #include "core/dsp/LimiterProcessor.h"
+#include "core/dsp/NormalizationProcessor.h"
 #include "core/engine/CallbackEpoch.h"
 #include "core/engine/FirstCallbackLog.h"
 #include "core/engine/ProcessorRef.h"
@@ -31,19 +35,25 @@ struct TapState {
     const std::int32_t pid;
     const AudioObjectID audioObjectID; ///< the process object
     AudioObjectID tapID;
-    std::string tapUUID;                                  ///< names the tap in an aggregate
-    AudioObjectID mixDeviceID;                            ///< the aggregate device
-    std::optional<AudioDeviceIOProcID> callbackID;        ///< none while no IOProc is installed
-    Cell<float> volume{1.0F};                             ///< linear, 0.0 to 2.0
-    Cell<bool> isMuted{false};                            ///< gain 0 in place of `volume`
-    int channels = 2;                                     ///< of the tap's format
-    double sampleRate = 48000.0;                          ///< of the tap's format, Hz
-    std::optional<std::string> outputDeviceUID;           ///< none: follows the default output
-    CallbackEpoch epoch;                                  ///< counts this tap's callbacks
-    ProcessorRef<LimiterProcessor> limiter{epoch};        ///< made on first enable, never dropped
-    Cell<bool> limiterEnabled{false};                     ///< the limiter runs only when true
-    AudioObjectID btOutputDeviceID = kAudioObjectUnknown; ///< device of a decoupled route, or 0
-    std::unique_ptr<AudioCallbackRef> callbackRef;        ///< cell of the installed IOProc
+    std::string tapUUID;                                    ///< names the tap in an aggregate
+    AudioObjectID mixDeviceID;                              ///< the aggregate device
+    std::optional<AudioDeviceIOProcID> callbackID;          ///< none while no IOProc is installed
+    Cell<float> volume{1.0F};                               ///< linear, 0.0 to 2.0
+    Cell<bool> isMuted{false};                              ///< gain 0 in place of `volume`
+    int channels = 2;                                       ///< of the tap's format
+    double sampleRate = 48000.0;                            ///< of the tap's format, Hz
+    std::optional<std::string> outputDeviceUID;             ///< none: follows the default output
+    CallbackEpoch epoch;                                    ///< counts this tap's callbacks
+    ProcessorRef<EQProcessor> eqProcessor{epoch};           ///< made by the first `setEQ`
+    ProcessorRef<CompressorProcessor> compressor{epoch};    ///< there only while a band is active
+    ProcessorRef<LimiterProcessor> limiter{epoch};          ///< made on first enable, never dropped
+    ProcessorRef<NormalizationProcessor> normalizer{epoch}; ///< like the limiter
+    ProcessorRef<CrossfeedProcessor> crossfeed{epoch};      ///< made by the first amount above 0.01
+    Cell<float> stereoWidth{1.0F};                          ///< 0.0 mono, 1.0 unchanged, to 2.5
+    Cell<bool> limiterEnabled{false};                       ///< the limiter runs only when true
+    Cell<bool> normalizationEnabled{false};                 ///< the normaliser runs only when true
+    AudioObjectID btOutputDeviceID = kAudioObjectUnknown;   ///< device of a decoupled route, or 0
+    std::unique_ptr<AudioCallbackRef> callbackRef;          ///< cell of the installed IOProc
 
     Cell<float> peakLevel{0.0F};             ///< linear, after ballistics
     Cell<float> rmsLevel{0.0F};              ///< linear, after ballistics

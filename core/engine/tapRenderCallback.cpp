@@ -1,6 +1,7 @@
 #include "core/engine/tapRenderCallback.h"
 
 #include "core/dsp/FlushDenormals.h"
+#include "core/dsp/StereoWidener.h"
 #include "core/dsp/VectorOperations.h"
 #include "core/platform/RealTimeSection.h"
 
@@ -63,11 +64,46 @@ void reportFirstCallback(const Cycle& cycle) noexcept {
     cycle.state.firstCallbackLog.post(record);
 }
 
-void runEffects(TapState& state, float* samples, std::size_t count, std::size_t channel) noexcept {
-    if (!state.limiterEnabled.load())
+/// What goes through the chain together: one output buffer, or the first two when nothing keeps
+/// them from going side by side, which costs the processors half as much. Either way every sample
+/// and every published value is as if the buffers had gone one after the other.
+struct Block {
+    std::size_t index;  ///< of the (first) buffer, which is the processors' channel
+    float* samples;     ///< of that buffer
+    float* pairSamples; ///< of the next buffer, null for a block of one
+    std::size_t count;  ///< samples in each
+
+    [[nodiscard]] std::size_t bufferCount() const noexcept { return pairSamples ? 2 : 1; }
+};
+
+template <class Processor>
+void apply(Processor* processor, const Block& block) noexcept {
+    if (processor == nullptr)
         return;
-    if (LimiterProcessor* const limiter = state.limiter.borrow())
-        limiter->process(samples, count, channel);
+    if (block.pairSamples != nullptr)
+        processor->processPair(block.samples, block.pairSamples, block.count);
+    else
+        processor->process(block.samples, block.count, block.index);
+}
+
+void normalise(TapState& state, const Block& block) noexcept {
+    if (state.normalizationEnabled.load())
+        apply(state.normalizer.borrow(), block);
+}
+
+void applyVolume(float gain, const Block& block) noexcept {
+    if (!(gain < kUnityFrom || gain > kUnityTo))
+        return;
+    vDSP::vsmul(block.samples, 1, gain, block.samples, 1, block.count);
+    if (block.pairSamples != nullptr)
+        vDSP::vsmul(block.pairSamples, 1, gain, block.pairSamples, 1, block.count);
+}
+
+void runEffects(TapState& state, const Block& block) noexcept {
+    apply(state.eqProcessor.borrow(), block);
+    apply(state.compressor.borrow(), block);
+    if (state.limiterEnabled.load())
+        apply(state.limiter.borrow(), block);
 }
 
 /// Attenuates the side the balance points away from; never boosts. A lone mono buffer has no sides.
@@ -106,19 +142,87 @@ std::size_t copyInput(const AudioBuffer& input, const AudioBuffer& output) noexc
     return sampleCount;
 }
 
-void renderPair(const Cycle& cycle, std::size_t index) noexcept {
-    const AudioBuffer& input = cycle.in[index];
-    const AudioBuffer& output = cycle.out[index];
-    if (input.mData == nullptr || output.mData == nullptr)
-        return;
+void runChain(const Cycle& cycle, const Block& block) noexcept {
+    TapState& state = cycle.state;
+    const bool isBypassed = state.silentCallbackCount.load() >= kSilentCallbacksBeforeBypass;
+    if (!isBypassed)
+        normalise(state, block);
+    applyVolume(cycle.gain, block);
+    if (!isBypassed)
+        runEffects(state, block);
+    for (std::size_t buffer = 0; buffer < block.bufferCount(); ++buffer)
+        applyBalance(cycle, block.index + buffer, block.count);
+}
 
-    const std::size_t sampleCount = copyInput(input, output);
-    float* const samples = output.samples();
-    if (cycle.gain < kUnityFrom || cycle.gain > kUnityTo)
-        vDSP::vsmul(samples, 1, cycle.gain, samples, 1, sampleCount);
-    if (cycle.state.silentCallbackCount.load() < kSilentCallbacksBeforeBypass)
-        runEffects(cycle.state, samples, sampleCount, index);
-    applyBalance(cycle, index, sampleCount);
+bool isPlayable(const Cycle& cycle, std::size_t index) noexcept {
+    return cycle.in[index].mData != nullptr && cycle.out[index].mData != nullptr;
+}
+
+std::size_t commonBytes(const Cycle& cycle, std::size_t index) noexcept {
+    return std::min(cycle.in[index].mDataByteSize, cycle.out[index].mDataByteSize);
+}
+
+bool overlaps(const AudioBuffer& a, const AudioBuffer& b) noexcept {
+    const auto startOf = [](const AudioBuffer& buffer) {
+        return reinterpret_cast<std::uintptr_t>(buffer.mData);
+    };
+    return startOf(a) < startOf(b) + b.mDataByteSize && startOf(b) < startOf(a) + a.mDataByteSize;
+}
+
+/// True when the first two buffers have the same length and none of what is written for one is
+/// read or written for the other.
+bool canGoSideBySide(const Cycle& cycle) noexcept {
+    return cycle.pairCount >= 2 && isPlayable(cycle, 0) && isPlayable(cycle, 1) &&
+           commonBytes(cycle, 0) == commonBytes(cycle, 1) &&
+           !overlaps(cycle.out[0], cycle.out[1]) && !overlaps(cycle.out[0], cycle.in[1]);
+}
+
+void renderSideBySide(const Cycle& cycle) noexcept {
+    const std::size_t count = copyInput(cycle.in[0], cycle.out[0]);
+    copyInput(cycle.in[1], cycle.out[1]);
+    runChain(cycle, {0, cycle.out[0].samples(), cycle.out[1].samples(), count});
+}
+
+void renderOne(const Cycle& cycle, std::size_t index) noexcept {
+    if (!isPlayable(cycle, index))
+        return;
+    const std::size_t count = copyInput(cycle.in[index], cycle.out[index]);
+    runChain(cycle, {index, cycle.out[index].samples(), nullptr, count});
+}
+
+void renderBuffers(const Cycle& cycle) noexcept {
+    std::size_t index = 0;
+    if (canGoSideBySide(cycle)) {
+        renderSideBySide(cycle);
+        index = 2;
+    }
+    for (; index < cycle.pairCount; ++index)
+        renderOne(cycle, index);
+}
+
+/// Width, then crossfeed, on the two channels that the output has in one buffer or in two.
+void runStereoStage(const Cycle& cycle) noexcept {
+    TapState& state = cycle.state;
+    if (cycle.pairCount == 0 || cycle.out[0].mData == nullptr ||
+        state.silentCallbackCount.load() >= kSilentCallbacksBeforeBypass)
+        return;
+    const float width = state.stereoWidth.load();
+    CrossfeedProcessor* const crossfeed = state.crossfeed.borrow();
+    const AudioBuffer& first = cycle.out[0];
+    if (first.mNumberChannels >= 2) {
+        const std::size_t frames = first.sampleCount() / first.mNumberChannels;
+        StereoWidener::process(first.samples(), frames, width);
+        if (crossfeed != nullptr)
+            crossfeed->processInterleaved(first.samples(), frames);
+        return;
+    }
+    if (cycle.pairCount == 1 || cycle.out[1].mData == nullptr)
+        return;
+    const AudioBuffer& second = cycle.out[1];
+    const std::size_t count = std::min(first.sampleCount(), second.sampleCount());
+    StereoWidener::processPlanar(first.samples(), second.samples(), count, width);
+    if (crossfeed != nullptr)
+        crossfeed->processPlanar(first.samples(), second.samples(), count);
 }
 
 void updateCounters(const Cycle& cycle) noexcept {
@@ -140,8 +244,7 @@ void updateCounters(const Cycle& cycle) noexcept {
 /// Publishes the levels of the first output buffer and keeps the count of silent callbacks.
 Levels measure(TapState& state, const AudioBuffer& buffer) noexcept {
     const std::size_t samples = std::min(buffer.sampleCount(), kMeasuredSamples);
-    const float rms = vDSP::rmsqv(buffer.samples(), samples);
-    const float peak = vDSP::maxmgv(buffer.samples(), samples);
+    const auto [rms, peak] = vDSP::levels(buffer.samples(), samples);
 
     const float peakLevel = std::max(peak, state.peakLevel.load() * kPeakDecay);
     const float rmsLevel = state.rmsLevel.load() * kRmsKept + rms * kRmsTaken;
@@ -201,8 +304,8 @@ void render(const Cycle& cycle) noexcept {
     reportFirstCallback(cycle);
     if (!cycle.out.empty())
         cycle.state.diagOutBufSamples.store(static_cast<std::int64_t>(cycle.out[0].sampleCount()));
-    for (std::size_t index = 0; index < cycle.pairCount; ++index)
-        renderPair(cycle, index);
+    renderBuffers(cycle);
+    runStereoStage(cycle);
     updateCounters(cycle);
     meterAndGate(cycle);
     clearSpareOutputs(cycle);

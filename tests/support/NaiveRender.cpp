@@ -1,48 +1,18 @@
 #include "tests/support/NaiveRender.h"
 
+#include "core/dsp/FlushDenormals.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace orvanta::test {
 
-NaiveLimiter::NaiveLimiter(double sampleRate, int channels)
-    : delay_(std::max(static_cast<int>(sampleRate * 0.001), 1)),
-      release_(static_cast<float>(std::exp(-1.0 / std::max(sampleRate * 0.05, 1.0)))),
-      lines_(static_cast<std::size_t>(channels),
-             std::vector<float>(static_cast<std::size_t>(delay_), 0.0F)),
-      envelopes_(static_cast<std::size_t>(channels), 0.0F) {}
-
-void NaiveLimiter::process(std::vector<float>& samples, int count, int channel) {
-    if (channel >= static_cast<int>(lines_.size()) || count < 1)
-        return;
-    auto& line = lines_[static_cast<std::size_t>(channel)];
-    float& envelope = envelopes_[static_cast<std::size_t>(channel)];
-    float smallest = 1;
-    for (int k = 0; k < count; ++k) {
-        float& sample = samples[static_cast<std::size_t>(k)];
-        const float magnitude = std::fabs(sample);
-        if (envelope < magnitude)
-            envelope = magnitude;
-        else
-            envelope = envelope * release_;
-        float gain = 1;
-        if (envelope > 1.0F)
-            gain = 1.0F / envelope;
-        smallest = std::min(smallest, gain);
-        line.push_back(sample);
-        sample = gain * line.front();
-        line.erase(line.begin());
-    }
-    if (smallest < 0.999F)
-        reduction = std::max(-20.0F * std::log10(std::max(smallest, 1e-10F)), 0.9F * reduction);
-    else
-        reduction = std::max(0.0F, 0.9F * reduction);
-}
-
 void NaiveRender::render(const std::vector<NaiveBuffer>& in, std::vector<NaiveBuffer>& out) {
+    const FlushDenormals flush; // what a processor does with subnormal numbers is the thread's mode
     const int pairCount = static_cast<int>(std::min(in.size(), out.size()));
     for (int i = 0; i < pairCount; ++i)
         renderPair(in[static_cast<std::size_t>(i)], out[static_cast<std::size_t>(i)], i, pairCount);
+    runStereoStage(out, pairCount);
 
     callbackCount += 1;
     inBuffers = static_cast<std::int64_t>(in.size());
@@ -69,16 +39,58 @@ void NaiveRender::renderPair(const NaiveBuffer& in, NaiveBuffer& out, int index,
     if (!in.samples || !out.samples)
         return;
     const int count = static_cast<int>(std::min(in.bytes, out.bytes) / 4);
+    for (int k = 0; k < count; ++k)
+        (*out.samples)[static_cast<std::size_t>(k)] = (*in.samples)[static_cast<std::size_t>(k)];
+    if (silentCallbackCount < 10 && normalizationEnabled)
+        normalizer.process(out.samples->data(), static_cast<std::size_t>(count),
+                           static_cast<std::size_t>(index));
     const float gain = isMuted ? 0.0F : volume;
-    for (int k = 0; k < count; ++k) {
-        const auto place = static_cast<std::size_t>(k);
-        (*out.samples)[place] = (*in.samples)[place];
-        if (gain < 0.999F || gain > 1.001F)
-            (*out.samples)[place] *= gain;
-    }
-    if (silentCallbackCount <= 9 && limiterEnabled)
-        limiter.process(*out.samples, count, index);
+    if (gain < 0.999F || gain > 1.001F)
+        for (int k = 0; k < count; ++k)
+            (*out.samples)[static_cast<std::size_t>(k)] *= gain;
+    if (silentCallbackCount <= 9)
+        runEffects(*out.samples, count, index);
     balancePair(out, count, index, pairCount);
+}
+
+void NaiveRender::runEffects(std::vector<float>& samples, int count, int index) {
+    const auto length = static_cast<std::size_t>(count);
+    const auto channel = static_cast<std::size_t>(index);
+    equaliser.process(samples.data(), length, channel);
+    compressor.process(samples.data(), length, channel);
+    if (limiterEnabled)
+        limiter.process(samples.data(), length, channel);
+}
+
+void NaiveRender::runStereoStage(std::vector<NaiveBuffer>& out, int pairCount) {
+    if (pairCount == 0 || silentCallbackCount >= 10 || !out[0].samples)
+        return;
+    std::vector<float>& first = *out[0].samples;
+    std::vector<float> left;
+    std::vector<float> right;
+    if (out[0].channels >= 2) {
+        for (std::size_t frame = 0; frame < first.size() / out[0].channels; ++frame) {
+            left.push_back(first[2 * frame]);
+            right.push_back(first[2 * frame + 1]);
+        }
+        reference::widen(left, right, stereoWidth);
+        crossfeed.process(left, right);
+        for (std::size_t frame = 0; frame < left.size(); ++frame) {
+            first[2 * frame] = left[frame];
+            first[2 * frame + 1] = right[frame];
+        }
+        return;
+    }
+    if (pairCount == 1 || !out[1].samples)
+        return;
+    std::vector<float>& second = *out[1].samples;
+    const std::size_t count = std::min(first.size(), second.size());
+    left.assign(first.begin(), first.begin() + static_cast<std::ptrdiff_t>(count));
+    right.assign(second.begin(), second.begin() + static_cast<std::ptrdiff_t>(count));
+    reference::widen(left, right, stereoWidth);
+    crossfeed.process(left, right);
+    std::copy(left.begin(), left.end(), first.begin());
+    std::copy(right.begin(), right.end(), second.begin());
 }
 
 void NaiveRender::balancePair(NaiveBuffer& out, int samples, int index, int pairCount) const {

@@ -12,6 +12,7 @@ namespace orvanta::test {
 class RenderRig {
 public:
     static constexpr std::int32_t pid = 4711;
+    static constexpr double rate = 48000.0;
 
     OSStatus render(Buffers& input, Buffers& output);
 
@@ -22,8 +23,17 @@ public:
 
     [[nodiscard]] AudioCallbackRef& ref() { return ref_; }
 
+    /// All of them for 48 kHz and two channels, neutral or switched off.
+    void makeEveryProcessor() {
+        state().normalizer.replace(std::make_unique<NormalizationProcessor>(rate));
+        state().eqProcessor.replace(std::make_unique<EQProcessor>(rate, 2));
+        state().compressor.replace(std::make_unique<CompressorProcessor>(rate, 2, 4096));
+        state().limiter.replace(std::make_unique<LimiterProcessor>(rate, 2));
+        state().crossfeed.replace(std::make_unique<CrossfeedProcessor>(rate));
+    }
+
     void enableLimiter() {
-        state().limiter.replace(std::make_unique<LimiterProcessor>(48000.0, 2));
+        state().limiter.replace(std::make_unique<LimiterProcessor>(rate, 2));
         state().limiterEnabled.store(true);
     }
 

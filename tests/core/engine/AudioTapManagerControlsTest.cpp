@@ -136,39 +136,14 @@ TEST_F(TapControls, TheGatesThresholdIsStoredWithoutLimitsAlsoWhileItIsDisabled)
     EXPECT_EQ(rig.state().gateHoldSamples, 9600U);
 }
 
-TEST_F(TapControls, TheLimiterHoldsTheOutputNearFullScale) {
-    manager.setVolume(pid, 2.0F);
-    rig.server.setSource(rig.program, embedded::tone(440, 1.0F));
-    rig.server.step(rig.speakers, 20);
-    const auto loud = rig.nextCycle();
-    EXPECT_GT(*std::max_element(loud.begin(), loud.end()), 1.9F);
-    EXPECT_FALSE(manager.isLimiterEnabled(pid));
-    manager.setLimiterEnabled(pid, true);
-    EXPECT_TRUE(manager.isLimiterEnabled(pid));
-    rig.server.step(rig.speakers, 20);
-    const auto limited = rig.nextCycle();
-    EXPECT_LT(*std::max_element(limited.begin(), limited.end()), 1.05F);
-    EXPECT_GT(*std::max_element(limited.begin(), limited.end()), 0.9F);
-    manager.setLimiterEnabled(pid, false);
-    EXPECT_FALSE(manager.isLimiterEnabled(pid));
-    const auto again = rig.nextCycle();
-    EXPECT_GT(*std::max_element(again.begin(), again.end()), 1.9F);
-}
-
-TEST_F(TapControls, DisablingALimiterThatNeverWasDoesNothing) {
-    manager.setLimiterEnabled(pid, false);
-    EXPECT_FALSE(manager.isLimiterEnabled(pid));
-    EXPECT_EQ(rig.state().limiter.get(), nullptr);
-}
-
-TEST_F(TapControls, ALimiterIsMadeOnceAndKept) {
-    manager.setLimiterEnabled(pid, true);
-    const LimiterProcessor* const made = rig.state().limiter.get();
-    ASSERT_NE(made, nullptr);
-    EXPECT_EQ(made->lookAheadSamples(), 48U);
-    manager.setLimiterEnabled(pid, false);
-    manager.setLimiterEnabled(pid, true);
-    EXPECT_EQ(rig.state().limiter.get(), made);
+TEST_F(TapControls, WidthIsLimitedFromZeroToTwoAndAHalf) {
+    EXPECT_EQ(manager.getStereoWidth(pid), 1.0F);
+    manager.setStereoWidth(pid, 3.0F);
+    EXPECT_EQ(manager.getStereoWidth(pid), 2.5F);
+    manager.setStereoWidth(pid, -1.0F);
+    EXPECT_EQ(manager.getStereoWidth(pid), 0.0F);
+    manager.setStereoWidth(pid, nan);
+    EXPECT_EQ(manager.getStereoWidth(pid), 2.5F);
 }
 
 TEST(TapControlsOfAnUnknownProcess, ReadAsAbsentAndChangeNothing) {
@@ -179,12 +154,24 @@ TEST(TapControlsOfAnUnknownProcess, ReadAsAbsentAndChangeNothing) {
     manager.setBalance(7, 1.0F);
     manager.setNoiseGate(7, true, -10.0F);
     manager.setLimiterEnabled(7, true);
+    manager.setEQ(7, 0, 3.0F);
+    manager.setCompressor(7, CompressorPreset::vocal);
+    manager.setNormalizationEnabled(7, true);
+    manager.setStereoWidth(7, 2.0F);
+    manager.setCrossfeed(7, 0.5F);
     EXPECT_FALSE(manager.hasTap(7));
     EXPECT_EQ(manager.getVolume(7), std::nullopt);
     EXPECT_FALSE(manager.isMuted(7));
     EXPECT_EQ(manager.getBalance(7), std::nullopt);
     EXPECT_EQ(manager.isNoiseGateOpen(7), std::nullopt);
     EXPECT_FALSE(manager.isLimiterEnabled(7));
+    EXPECT_EQ(manager.getEQ(7), std::nullopt);
+    EXPECT_EQ(manager.getCompressor(7), std::nullopt);
+    EXPECT_EQ(manager.getCompressorGainReduction(7), std::nullopt);
+    EXPECT_FALSE(manager.isNormalizationEnabled(7));
+    EXPECT_EQ(manager.getNormalizationGain(7), std::nullopt);
+    EXPECT_EQ(manager.getStereoWidth(7), std::nullopt);
+    EXPECT_EQ(manager.getCrossfeed(7), 0.0F) << "present, unlike its neighbours";
     EXPECT_EQ(manager.getOutputDeviceUID(7), std::nullopt);
     EXPECT_EQ(manager.getAudioLevel(7), std::nullopt);
     EXPECT_EQ(manager.getCallbackCount(7), 0U);

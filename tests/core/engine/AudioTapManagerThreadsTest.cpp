@@ -20,6 +20,12 @@ void turnEveryKnob(AudioTapManager& manager, std::int32_t pid, int number) {
     manager.setBalance(pid, 0.2F * static_cast<float>(number % 10) - 1.0F);
     manager.setNoiseGate(pid, number % 3 == 0, -60.0F + static_cast<float>(number % 60));
     manager.setLimiterEnabled(pid, number % 2 == 0);
+    manager.setEQ(pid, number % 10, static_cast<float>(number % 25) - 12.0F);
+    const auto& presets = CompressorPreset::allPresets();
+    manager.setCompressor(pid, presets[static_cast<std::size_t>(number) % presets.size()].preset);
+    manager.setNormalizationEnabled(pid, number % 5 != 0);
+    manager.setStereoWidth(pid, 0.25F * static_cast<float>(number % 11));
+    manager.setCrossfeed(pid, 0.1F * static_cast<float>(number % 11));
 }
 
 void readEverything(const AudioTapManager& manager, std::int32_t pid) {
@@ -28,6 +34,12 @@ void readEverything(const AudioTapManager& manager, std::int32_t pid) {
         ASSERT_TRUE(std::isfinite(level->rms));
         ASSERT_TRUE(std::isfinite(level->peak));
     }
+    for (const float reduction :
+         manager.getCompressorGainReduction(pid).value_or(std::vector<float>()))
+        ASSERT_TRUE(std::isfinite(reduction));
+    ASSERT_TRUE(std::isfinite(manager.getNormalizationGain(pid).value_or(0.0F)));
+    static_cast<void>(manager.getEQ(pid));
+    static_cast<void>(manager.getCompressor(pid));
     static_cast<void>(manager.getDiagnostics(pid));
     static_cast<void>(manager.getCallbackCount(pid));
     static_cast<void>(manager.isNoiseGateOpen(pid));

@@ -67,6 +67,31 @@ void addSide(BothForms& side, Dice& dice) {
     }
 }
 
+CompressorPreset anyCompressor(Dice& dice) {
+    const auto presets = CompressorPreset::allPresets();
+    CompressorPreset preset =
+        presets[static_cast<std::size_t>(dice.upTo(static_cast<int>(presets.size()) - 1))].preset;
+    if (dice.oneIn(2))
+        preset.bands[static_cast<std::size_t>(dice.upTo(2))].ratio = dice.between(1.0F, 4.0F);
+    return preset;
+}
+
+void changeProcessors(TapState& state, NaiveRender& naive, Dice& dice) {
+    naive.normalizationEnabled = dice.oneIn(2);
+    state.normalizationEnabled.store(naive.normalizationEnabled);
+    naive.stereoWidth = dice.oneIn(3) ? 1.0F : dice.between(0.0F, 2.5F);
+    state.stereoWidth.store(naive.stereoWidth);
+    naive.crossfeed.amount = dice.oneIn(3) ? 0.0F : dice.between(0.0F, 1.0F);
+    state.crossfeed.get()->setAmount(naive.crossfeed.amount);
+    const int band = dice.upTo(kEQBandCount - 1);
+    const float gain = dice.oneIn(3) ? 0.0F : dice.between(-12.0F, 12.0F);
+    naive.equaliser.setGain(static_cast<std::size_t>(band), gain);
+    state.eqProcessor.get()->setGain(band, gain);
+    const CompressorPreset preset = anyCompressor(dice);
+    naive.compressor.apply(preset);
+    state.compressor.get()->apply(preset);
+}
+
 void changeSettings(RenderRig& rig, NaiveRender& naive, Dice& dice) {
     TapState& state = rig.state();
     naive.volume = dice.oneIn(3) ? 1.0F : dice.between(0.0F, 2.0F);
@@ -81,6 +106,7 @@ void changeSettings(RenderRig& rig, NaiveRender& naive, Dice& dice) {
     state.limiterEnabled.store(naive.limiterEnabled);
     state.noiseGateEnabled.store(naive.gateEnabled);
     state.noiseGateThresholdLinear.store(naive.gateThreshold);
+    changeProcessors(state, naive, dice);
 }
 
 void expectSame(RenderRig& rig, const NaiveRender& naive, BothForms& out) {
@@ -105,7 +131,9 @@ void expectSame(RenderRig& rig, const NaiveRender& naive, BothForms& out) {
     ASSERT_EQ(state.diagCopyCount.load(), naive.pairs);
     ASSERT_EQ(state.diagInBufSamples.load(), naive.inSamples);
     ASSERT_EQ(state.diagOutBufSamples.load(), naive.outSamples);
-    ASSERT_FLOAT_EQ(state.limiter.get()->gainReductionDB(), naive.limiter.reduction);
+    ASSERT_EQ(state.limiter.get()->gainReductionDB(), naive.limiter.gainReductionDB);
+    ASSERT_EQ(state.normalizer.get()->currentGainDB(), naive.normalizer.currentGainDB);
+    ASSERT_EQ(state.compressor.get()->gainReduction(), naive.compressor.gainReduction);
 }
 
 class TapRenderCallbackRandom : public testing::TestWithParam<unsigned> {};
@@ -114,8 +142,7 @@ TEST_P(TapRenderCallbackRandom, EqualsTheNaiveRenderingSampleForSample) {
     Dice dice(GetParam());
     RenderRig rig;
     NaiveRender naive;
-    rig.enableLimiter();
-    rig.state().limiterEnabled.store(false);
+    rig.makeEveryProcessor();
     for (int cycle = 0; cycle < 400; ++cycle) {
         SCOPED_TRACE(testing::Message() << "seed " << GetParam() << " cycle " << cycle);
         if (dice.oneIn(10))
@@ -175,7 +202,13 @@ void add(Buffers& buffers, const std::vector<Shape>& side) {
 
 TEST(TapRenderCallbackLayouts, EveryCombinationOfBuffersIsRenderedWithoutStrayingBeyondThem) {
     RenderRig rig;
-    rig.enableLimiter();
+    rig.makeEveryProcessor();
+    rig.state().limiterEnabled.store(true);
+    rig.state().normalizationEnabled.store(true);
+    rig.state().eqProcessor.get()->apply(EQPreset::podcast);
+    rig.state().compressor.get()->apply(CompressorPreset::nightMode);
+    rig.state().crossfeed.get()->setAmount(0.5F);
+    rig.state().stereoWidth.store(1.5F);
     rig.state().volume.store(1.5F);
     rig.state().balance.store(0.5F);
     rig.state().noiseGateEnabled.store(true);
