@@ -5,6 +5,7 @@
 
 #include <iostream>
 #include <map>
+#include <ranges>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,21 @@ CLI::Validator between(double lowest, double highest) {
     return {complaint, fmt::format("{} to {}", lowest, highest)};
 }
 
+/// An option that takes the name of one of the presets, whatever its case.
+template <class Preset, class NamedPresets>
+void addPresetOption(CLI::App& command, const std::string& name, std::optional<Preset>& chosen,
+                     NamedPresets presets, const std::string& description) {
+    std::map<std::string, std::size_t> places;
+    for (std::size_t place = 0; place < presets.size(); ++place)
+        places.emplace(presets[place].name, place);
+    command
+        .add_option_function<std::size_t>(
+            name, [&chosen, presets](std::size_t place) { chosen = presets[place].preset; },
+            description)
+        ->transform(CLI::CheckedTransformer(places, CLI::ignore_case).description(""))
+        ->type_name(fmt::format("{}", fmt::join(places | std::views::keys, ", ")));
+}
+
 void addTapCommand(CLI::App& app, TapOptions& tap) {
     CLI::App* const command =
         app.add_subcommand("tap", "Tap a process and play it through the render callback");
@@ -54,6 +70,14 @@ void addTapCommand(CLI::App& app, TapOptions& tap) {
     command->add_flag("--limiter", tap.isLimited, "Hold the output near 0 dBFS");
     command->add_option("--gate", tap.gateThreshold, "Gate below this level, in dB")
         ->check(between(-120.0, 0.0));
+    addPresetOption(*command, "--eq", tap.eq, EQPreset::allNamedPresets(), "Equaliser preset");
+    addPresetOption(*command, "--compressor", tap.compressor, CompressorPreset::allPresets(),
+                    "Compressor preset");
+    command->add_flag("--normalize", tap.isNormalized, "Even out the loudness");
+    command->add_option("--width", tap.stereoWidth, "Stereo width, 0 (mono) to 2.5")
+        ->check(between(0.0, 2.5));
+    command->add_option("--crossfeed", tap.crossfeed, "Crossfeed for headphones, 0 to 1")
+        ->check(between(0.0, 1.0));
     command->add_option("--seconds", tap.seconds, "How long to hold the tap")
         ->capture_default_str()
         ->check(between(0.0, 86400.0));

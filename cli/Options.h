@@ -1,6 +1,8 @@
 #pragma once
 
 #include "cli/VolumeRide.h"
+#include "core/dsp/CompressorPreset.h"
+#include "core/dsp/EQPreset.h"
 
 #include <cstdint>
 #include <optional>
@@ -21,6 +23,11 @@ struct TapOptions {
     std::optional<float> balance;
     bool isLimited = false;
     std::optional<float> gateThreshold;
+    std::optional<EQPreset> eq;
+    std::optional<CompressorPreset> compressor;
+    bool isNormalized = false;
+    std::optional<float> stereoWidth;
+    std::optional<float> crossfeed;
     /// How long to hold the tap.
     double seconds = 10.0;
     /// Time between two lines of levels, seconds.

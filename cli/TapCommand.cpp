@@ -35,8 +35,29 @@ void applySettings(AudioTapManager& manager, const TapOptions& options) {
         manager.setLimiterEnabled(options.pid, true);
     if (options.gateThreshold)
         manager.setNoiseGate(options.pid, true, *options.gateThreshold);
+    if (options.eq)
+        for (int band = 0; band < kEQBandCount; ++band)
+            manager.setEQ(options.pid, band, options.eq->gains[static_cast<std::size_t>(band)]);
+    if (options.compressor)
+        manager.setCompressor(options.pid, *options.compressor);
+    if (options.isNormalized)
+        manager.setNormalizationEnabled(options.pid, true);
+    if (options.stereoWidth)
+        manager.setStereoWidth(options.pid, *options.stereoWidth);
+    if (options.crossfeed)
+        manager.setCrossfeed(options.pid, *options.crossfeed);
     if (options.isMuted)
         manager.setMuted(options.pid, true);
+}
+
+/// What the processors that are there do to the level right now.
+std::string gains(const AudioTapManager& manager, std::int32_t pid) {
+    std::string text;
+    if (const auto gain = manager.getNormalizationGain(pid))
+        text += fmt::format("  normalisation {:+.1f} dB", *gain);
+    if (const auto reduction = manager.getCompressorGainReduction(pid))
+        text += fmt::format("  compressor {:.1f} dB", fmt::join(*reduction, "/"));
+    return text;
 }
 
 /// False when nobody reads the output any more.
@@ -44,11 +65,11 @@ bool printLevels(const AudioTapManager& manager, std::int32_t pid, double second
     const auto level = manager.getAudioLevel(pid).value_or(AudioLevel{});
     const auto seen = manager.getDiagnostics(pid).value_or(TapDiagnostics{});
     fmt::print("{:7.1f} s  rms {} dB  peak {} dB  gate {}  callbacks {}  in {} x {} bytes  "
-               "pairs {}  input peak {} dB\n",
+               "pairs {}  input peak {} dB{}\n",
                seconds, decibels(level.rms), decibels(level.peak),
                manager.isNoiseGateOpen(pid).value_or(true) ? "open  " : "closed",
                manager.getCallbackCount(pid), seen.inBufs, seen.inBytes, seen.copyCount,
-               decibels(seen.inPeak));
+               decibels(seen.inPeak), gains(manager, pid));
     return std::fflush(stdout) == 0;
 }
 

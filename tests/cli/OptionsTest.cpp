@@ -46,6 +46,18 @@ TEST(CommandLine, ReadsEverySettingOfATap) {
     EXPECT_EQ(tap.interval, 0.1);
 }
 
+TEST(CommandLine, ReadsEveryProcessorOfATap) {
+    const auto parsed = parse({"tap", "4711", "--eq", "bass boost", "--compressor", "Night Mode",
+                               "--normalize", "--width", "1.5", "--crossfeed", "0.3"});
+    ASSERT_TRUE(parsed.options);
+    const TapOptions& tap = parsed.options->tap;
+    EXPECT_EQ(tap.eq, EQPreset::bassBoost);
+    EXPECT_EQ(tap.compressor, CompressorPreset::nightMode);
+    EXPECT_TRUE(tap.isNormalized);
+    EXPECT_EQ(tap.stereoWidth, 1.5F);
+    EXPECT_EQ(tap.crossfeed, 0.3F);
+}
+
 TEST(CommandLine, ReadsTheRideOfAVolume) {
     const auto parsed = parse({"tap", "--ride", "0:1", "--ride", "2.5:0.25", "4711"});
     ASSERT_TRUE(parsed.options);
@@ -61,6 +73,11 @@ TEST(CommandLine, LeavesWhatIsNotGivenToTheTap) {
     EXPECT_TRUE(tap.ride.empty());
     EXPECT_FALSE(tap.isMuted);
     EXPECT_FALSE(tap.isLimited);
+    EXPECT_EQ(tap.eq, std::nullopt);
+    EXPECT_EQ(tap.compressor, std::nullopt);
+    EXPECT_FALSE(tap.isNormalized);
+    EXPECT_EQ(tap.stereoWidth, std::nullopt);
+    EXPECT_EQ(tap.crossfeed, std::nullopt);
 }
 
 TEST(CommandLine, RefusesWhatMakesNoSense) {
@@ -77,6 +94,10 @@ TEST(CommandLine, RefusesWhatMakesNoSense) {
         {"tap", "1", "--ride", "1:3"},
         {"tap", "1", "--ride", "1:1", "--mute"},
         {"tap", "1", "--balance", "-2"},
+        {"tap", "1", "--eq", "Loud"},
+        {"tap", "1", "--compressor"},
+        {"tap", "1", "--width", "3"},
+        {"tap", "1", "--crossfeed", "nan"},
         {"tap", "1", "--interval", "0"},
         {"tap", "1", "--seconds", "nan"},
         {"tap", "1", "--volume", "nan"},
