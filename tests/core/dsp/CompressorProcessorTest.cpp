@@ -432,9 +432,11 @@ TEST(CompressorProcessor, IsCleanAgainAfterSamplesThatAreNoNumbers) {
                         samples[where] = poison;
                     const auto output = processed(compressor, samples);
                     ASSERT_TRUE(allFinite(output)) << named.name << ' ' << block;
-                    // 100 ms later the filters, the delay lines and most of the envelopes agree.
+                    // Filters and delay lines are as they would have been within 100 ms; envelopes
+                    // began anew and rise as slowly as they are told to.
+                    const float tolerance = block < 190 ? 0.15F : 0.01F;
                     for (std::size_t k = 0; k < output.size() && block >= 160; ++k)
-                        ASSERT_NEAR(output[k], expected[k], 0.03F) << named.name << ' ' << block;
+                        ASSERT_NEAR(output[k], expected[k], tolerance) << named.name << block;
                     for (std::size_t band = 0; band < 3; ++band) {
                         ASSERT_LE(compressor.gainReduction()[band],
                                   clean.gainReduction()[band] + 0.5F)

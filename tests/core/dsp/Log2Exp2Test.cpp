@@ -22,7 +22,7 @@ TEST(Log2Exp2, LogarithmStaysWithinAMillionthOfTheCLibrarys) {
     double worst = 0.0;
     forEachPositiveNumber([&](float x) {
         const double exact = std::log2(static_cast<double>(x));
-        const double found = static_cast<double>(log2Of(x));
+        const auto found = static_cast<double>(log2Of(x));
         worst = std::max(worst, std::abs(found - exact) / std::max(std::abs(exact), 1e-30));
         ASSERT_NEAR(found, static_cast<double>(std::log2(x)), 1e-6 * std::abs(exact)) << x;
     });
@@ -32,9 +32,9 @@ TEST(Log2Exp2, LogarithmStaysWithinAMillionthOfTheCLibrarys) {
 TEST(Log2Exp2, PowerStaysWithinAMillionthOfTheCLibrarys) {
     double worst = 0.0;
     for (int k = -1260000; k <= 1260000; ++k) {
-        const float x = static_cast<float>(k) * 1e-4F;
+        const auto x = static_cast<float>(k) * 1e-4F;
         const double exact = std::exp2(static_cast<double>(x));
-        const double found = static_cast<double>(exp2Of(x));
+        const auto found = static_cast<double>(exp2Of(x));
         worst = std::max(worst, std::abs(found - exact) / exact);
         ASSERT_NEAR(found, static_cast<double>(std::exp2(x)), 1e-6 * exact) << x;
     }
