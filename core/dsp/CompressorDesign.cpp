@@ -57,7 +57,7 @@ float idleBelow(const CompressorBand& band) {
         return 0.0F;
     const double kneeStart =
         std::exp2(static_cast<double>(band.kneeLow) / static_cast<double>(band.decibels));
-    return static_cast<float>(std::min(kIdleMargin * kneeStart, double{FLT_MAX}));
+    return static_cast<float>(std::min(kIdleMargin * kneeStart, static_cast<double>(FLT_MAX)));
 }
 
 } // namespace

@@ -18,6 +18,9 @@ constexpr std::size_t inCacheLines(std::size_t count) {
 constexpr std::size_t kHistory = inCacheLines(kMaxLookaheadSamples);
 static_assert(kHistory >= kBandSignalMargin && kGainPadding >= kBandSignalMargin);
 
+/// Signal and envelope of each band, for two channels.
+constexpr std::size_t kScratchBuffers = 2 * kCompressorBandCount * 2;
+
 std::size_t scratchLength(std::size_t maxBufferSize) {
     return kHistory + inCacheLines(maxBufferSize) + kGainPadding;
 }
@@ -46,7 +49,7 @@ CompressorProcessor::CompressorProcessor(double sampleRate, std::size_t maxChann
       settings_{},
       parameters_(designed()),
       channels_(maxChannels),
-      scratch_(2 * blocks_.size() * kCompressorBandCount * scratchLength(maxBufferSize)) {
+      scratch_(kScratchBuffers * scratchLength(maxBufferSize)) {
     float* next = scratch_.data() + kHistory;
     for (Block& block : blocks_) {
         for (std::size_t band = 0; band < kCompressorBandCount; ++band) {
@@ -66,7 +69,7 @@ void CompressorProcessor::apply(const CompressorPreset& preset) noexcept {
 }
 
 void CompressorProcessor::setBand(int index, const CompressorBandSettings& settings) noexcept {
-    if (index < 0 || index >= kCompressorBandCount)
+    if (index < 0 || static_cast<std::size_t>(index) >= settings_.size())
         return;
     settings_[static_cast<std::size_t>(index)] = settings;
     publish();

@@ -22,8 +22,9 @@ namespace orvanta {
 /// part in the sum as it is, not delayed.
 ///
 /// Gains come from own functions for log2 and 2^x. Each is within 1e-6 of the C library's,
-/// relatively, and so is the gain for levels and thresholds from -190 to 190 dBFS. All instruction
-/// sets give the same bits.
+/// relatively, and so is the gain for thresholds from -100 to 60 dBFS and levels up to 60 dBFS;
+/// beyond, the last digit of a level is worth more than that. All instruction sets give the same
+/// bits.
 ///
 /// `process` and `processPair` belong to one IO thread at a time; everything else may be called
 /// from one control thread at a time meanwhile. They see the parameters as they were after one

@@ -4,7 +4,7 @@
 
 namespace orvanta {
 
-inline constexpr int kCompressorBandCount = 3;
+inline constexpr std::size_t kCompressorBandCount = 3;
 
 /// Turns decibels into exponents of two. Decibels proper would need 0.166: what is applied is the
 /// power 0.3 of what the meter says, makeup too. It is how this compressor sounds.

@@ -23,7 +23,7 @@ struct EnvelopeLanes {
 /// Both possible next values are computed and one is chosen: the comparison and the sums then take
 /// their time at once, and each result has the bits that it would have alone.
 ORVANTA_INLINE Float4 followed(EnvelopeLanes& lanes, Float4 sample) noexcept {
-    const Float4 magnitude = bitCast<Float4>(bitCast<Int4>(sample) & 0x7fffffff);
+    const auto magnitude = bitCast<Float4>(bitCast<Int4>(sample) & 0x7fffffff);
     const Float4 value = lanes.isRMS ? sample * sample : magnitude;
     const Float4 rising = lanes.attack * lanes.state + lanes.attackRest * value;
     const Float4 falling = lanes.release * lanes.state + lanes.releaseRest * value;
@@ -32,61 +32,76 @@ ORVANTA_INLINE Float4 followed(EnvelopeLanes& lanes, Float4 sample) noexcept {
     return lanes.state;
 }
 
-/// Up to four chains to a vector. Lanes too many repeat the last chain, in all its doings.
+/// Where the chains in the lanes of each vector read and write.
+template <std::size_t vectors>
+struct EnvelopeWays {
+    const float* signals[vectors][4];
+    float* envelopes[vectors][4];
+};
+
+template <std::size_t vectors>
+ORVANTA_INLINE void followFour(EnvelopeLanes (&lanes)[vectors], const EnvelopeWays<vectors>& ways,
+                               std::size_t t) noexcept {
+    Float4 samples[vectors][4];
+    for (std::size_t v = 0; v < vectors; ++v) {
+        for (std::size_t lane = 0; lane < 4; ++lane)
+            samples[v][lane] = load<Float4>(ways.signals[v][lane] + t);
+        transpose(samples[v]);
+    }
+    for (std::size_t step = 0; step < 4; ++step) {
+        for (std::size_t v = 0; v < vectors; ++v)
+            samples[v][step] = followed(lanes[v], samples[v][step]);
+    }
+    for (std::size_t v = 0; v < vectors; ++v) {
+        transpose(samples[v]);
+        for (std::size_t lane = 0; lane < 4; ++lane)
+            store(ways.envelopes[v][lane] + t, samples[v][lane]);
+    }
+}
+
+template <std::size_t vectors>
+ORVANTA_INLINE void followOne(EnvelopeLanes (&lanes)[vectors], const EnvelopeWays<vectors>& ways,
+                              std::size_t t) noexcept {
+    for (std::size_t v = 0; v < vectors; ++v) {
+        Float4 samples{};
+        for (std::size_t lane = 0; lane < 4; ++lane)
+            samples[lane] = ways.signals[v][lane][t];
+        const Float4 envelopes = followed(lanes[v], samples);
+        for (std::size_t lane = 0; lane < 4; ++lane)
+            ways.envelopes[v][lane][t] = envelopes[lane];
+    }
+}
+
+/// Up to four chains to a vector. Lanes too many repeat the last chain in all it does.
 template <std::size_t vectors>
 void followIn(const EnvelopeChain* chains, std::size_t chainCount, std::size_t count) noexcept {
     EnvelopeLanes lanes[vectors];
-    const float* signals[vectors][4];
-    float* envelopes[vectors][4];
-    for (std::size_t lane = 0; lane < vectors * 4; ++lane) {
-        const EnvelopeChain& chain = chains[lane < chainCount ? lane : chainCount - 1];
-        EnvelopeLanes& v = lanes[lane / 4];
-        v.attack[lane % 4] = chain.band->attack;
-        v.attackRest[lane % 4] = chain.band->attackRest;
-        v.release[lane % 4] = chain.band->release;
-        v.releaseRest[lane % 4] = chain.band->releaseRest;
-        v.isRMS[lane % 4] = chain.band->isRMS ? -1 : 0;
-        v.state[lane % 4] = *chain.state;
-        signals[lane / 4][lane % 4] = chain.signal;
-        envelopes[lane / 4][lane % 4] = chain.envelope;
+    EnvelopeWays<vectors> ways;
+    for (std::size_t k = 0; k < vectors * 4; ++k) {
+        const EnvelopeChain& chain = chains[k < chainCount ? k : chainCount - 1];
+        EnvelopeLanes& v = lanes[k / 4];
+        v.attack[k % 4] = chain.band->attack;
+        v.attackRest[k % 4] = chain.band->attackRest;
+        v.release[k % 4] = chain.band->release;
+        v.releaseRest[k % 4] = chain.band->releaseRest;
+        v.isRMS[k % 4] = chain.band->isRMS ? -1 : 0;
+        v.state[k % 4] = *chain.state;
+        v.highest[k % 4] = 0.0F;
+        ways.signals[k / 4][k % 4] = chain.signal;
+        ways.envelopes[k / 4][k % 4] = chain.envelope;
     }
-    for (EnvelopeLanes& v : lanes)
-        v.highest = Float4{};
-
+    // A copy that is never asked for a lane by number may stay in registers.
     EnvelopeLanes running[vectors];
     for (std::size_t v = 0; v < vectors; ++v)
         running[v] = lanes[v];
     std::size_t t = 0;
-    for (; t + 4 <= count; t += 4) {
-        Float4 samples[vectors][4];
-        for (std::size_t v = 0; v < vectors; ++v) {
-            for (std::size_t lane = 0; lane < 4; ++lane)
-                samples[v][lane] = load<Float4>(signals[v][lane] + t);
-            transpose(samples[v]);
-        }
-        for (std::size_t step = 0; step < 4; ++step) {
-            for (std::size_t v = 0; v < vectors; ++v)
-                samples[v][step] = followed(running[v], samples[v][step]);
-        }
-        for (std::size_t v = 0; v < vectors; ++v) {
-            transpose(samples[v]);
-            for (std::size_t lane = 0; lane < 4; ++lane)
-                store(envelopes[v][lane] + t, samples[v][lane]);
-        }
-    }
-    for (; t < count; ++t) {
-        for (std::size_t v = 0; v < vectors; ++v) {
-            Float4 sample{};
-            for (std::size_t lane = 0; lane < 4; ++lane)
-                sample[lane] = signals[v][lane][t];
-            sample = followed(running[v], sample);
-            for (std::size_t lane = 0; lane < 4; ++lane)
-                envelopes[v][lane][t] = sample[lane];
-        }
-    }
-    for (std::size_t lane = 0; lane < chainCount; ++lane) {
-        *chains[lane].state = running[lane / 4].state[lane % 4];
-        *chains[lane].highest = running[lane / 4].highest[lane % 4];
+    for (; t + 4 <= count; t += 4)
+        followFour(running, ways, t);
+    for (; t < count; ++t)
+        followOne(running, ways, t);
+    for (std::size_t k = 0; k < chainCount; ++k) {
+        *chains[k].state = running[k / 4].state[k % 4];
+        *chains[k].highest = running[k / 4].highest[k % 4];
     }
 }
 

@@ -139,7 +139,7 @@ private:
     }
 
     float coefficient(float milliseconds) const {
-        const double samples = double{milliseconds} / 1000 * sampleRate_;
+        const double samples = static_cast<double>(milliseconds) / 1000 * sampleRate_;
         return static_cast<float>(samples >= 1 ? std::exp(-1 / samples) : std::exp(-1.0));
     }
 
@@ -163,7 +163,7 @@ private:
                            std::size_t count) {
         const auto [b0, b1, b2, a1, a2] = row;
         for (std::size_t i = 0; i < count; ++i) {
-            const double x = in[i];
+            const auto x = static_cast<double>(in[i]);
             const double y = b0 * x + b1 * state.x1 + b2 * state.x2 - a1 * state.y1 - a2 * state.y2;
             out[i] = static_cast<float>(y);
             state = {x, state.x1, y, state.y1};
