@@ -5,8 +5,9 @@
 
 #include <iostream>
 #include <map>
-#include <ranges>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace orvanta::cli {
@@ -38,15 +39,18 @@ CLI::Validator between(double lowest, double highest) {
 template <class Preset, class NamedPresets>
 void addPresetOption(CLI::App& command, const std::string& name, std::optional<Preset>& chosen,
                      NamedPresets presets, const std::string& description) {
-    std::map<std::string, std::size_t> places;
-    for (std::size_t place = 0; place < presets.size(); ++place)
-        places.emplace(presets[place].name, place);
+    std::vector<std::pair<std::string, std::size_t>> places;
+    std::vector<std::string_view> names;
+    for (const auto& named : presets) {
+        places.emplace_back(named.name, places.size());
+        names.push_back(named.name);
+    }
     command
         .add_option_function<std::size_t>(
             name, [&chosen, presets](std::size_t place) { chosen = presets[place].preset; },
             description)
         ->transform(CLI::CheckedTransformer(places, CLI::ignore_case).description(""))
-        ->type_name(fmt::format("{}", fmt::join(places | std::views::keys, ", ")));
+        ->type_name(fmt::format("{}", fmt::join(names, ", ")));
 }
 
 void addTapCommand(CLI::App& app, TapOptions& tap) {
