@@ -1,7 +1,9 @@
 #pragma once
 
 #include "bench/compare/Contender.h"
+#include "bench/compare/Settings.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -12,7 +14,13 @@ struct OurContender {
     ContenderFactory make;
 };
 
-/// Ours, once for each instruction set that this machine runs, the widest first.
+// Each of ours once for every instruction set that this machine runs, the widest first.
+
+/// With these of `kTenBands` raised or lowered.
+[[nodiscard]] std::vector<OurContender> ourEQs(std::span<const EQBandSetting> bands);
 [[nodiscard]] std::vector<OurContender> ourLimiters(double ceilingDB);
+[[nodiscard]] std::vector<OurContender> ourCrossfeeds();
+/// Measures the left channel and applies its gain to both.
+[[nodiscard]] std::vector<OurContender> ourNormalizations();
 
 } // namespace orvanta::compare

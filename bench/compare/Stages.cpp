@@ -17,11 +17,16 @@ constexpr double kChainToleranceDB = 6.0;
 /// Of the engine's limiter, which nothing moves.
 constexpr double kChainCeilingDB = 0.0;
 
-Stage stageOf(Lv2World& world, std::string title, const std::vector<OurContender>& ours,
-              const std::vector<Lv2Peer>& peers, const Check& check) {
+Stage stageOf(std::string title, const std::vector<OurContender>& ours, const Check& check) {
     Stage stage{std::move(title), {}};
     for (const OurContender& each : ours)
         stage.entries.push_back({each.name, true, each.make, check});
+    return stage;
+}
+
+Stage stageOf(Lv2World& world, std::string title, const std::vector<OurContender>& ours,
+              const std::vector<Lv2Peer>& peers, const Check& check) {
+    Stage stage = stageOf(std::move(title), ours, check);
     for (const Lv2Peer& each : peers)
         stage.entries.push_back(
             {each.name, false,
@@ -41,11 +46,13 @@ Lv2Factory named(const std::string& name, const std::vector<Lv2Peer>& peers) {
 } // namespace
 
 Stage tenBandEQStage(Lv2World& world) {
-    return stageOf(world, "Equaliser, 10 bands", {}, tenBandEQs(), equalises(kTenBands));
+    return stageOf(world, "Equaliser, 10 bands", ourEQs(kTenBands), tenBandEQs(),
+                   equalises(kTenBands));
 }
 
 Stage sixBandEQStage(Lv2World& world) {
-    return stageOf(world, "Equaliser, 6 bands", {}, sixBandEQs(), equalises(kSixBands));
+    return stageOf(world, "Equaliser, 6 bands", ourEQs(kSixBands), sixBandEQs(),
+                   equalises(kSixBands));
 }
 
 Stage compressorStage(Lv2World& world) {
@@ -59,19 +66,25 @@ Stage limiterStage(Lv2World& world) {
 }
 
 Stage crossfeedStage() {
-    return {"Crossfeed",
-            {{"libbs2b", false, [](std::size_t /*maxFrames*/) { return bs2bCrossfeed(); },
-              crossfeeds()}}};
+    Stage stage = stageOf("Crossfeed", ourCrossfeeds(), crossfeeds());
+    stage.entries.push_back({"libbs2b", false,
+                             [](std::size_t /*maxFrames*/) { return bs2bCrossfeed(); },
+                             crossfeeds()});
+    return stage;
 }
 
 Stage loudnessStage() {
-    return {"Loudness of one channel",
-            {{"libebur128, momentary", false,
-              [](std::size_t /*maxFrames*/) { return ebur128Meter(); }, metersLoudness()}}};
+    Stage stage = stageOf("Loudness of one channel", ourNormalizations(), metersLoudness());
+    stage.entries.push_back({"libebur128, momentary", false,
+                             [](std::size_t /*maxFrames*/) { return ebur128Meter(); },
+                             metersLoudness()});
+    return stage;
 }
 
 Stage chainStage(Lv2World& world, const std::string& eq, const std::string& limiter) {
-    Stage stage{"Whole chain", {}};
+    const Check check =
+        all({compresses(), limits(kChainCeilingDB, kChainToleranceDB), crossfeeds()});
+    Stage stage = stageOf("Whole chain", {}, check);
     for (const Lv2Peer& compressor : multibandCompressors())
         stage.entries.push_back(
             {fmt::format("{} + {} + {} + libebur128 + libbs2b", eq, compressor.name, limiter),
@@ -80,7 +93,7 @@ Stage chainStage(Lv2World& world, const std::string& eq, const std::string& limi
               makeLimiter = named(limiter, limiters(kChainCeilingDB))](std::size_t maxFrames) {
                  return peersChain(world, makeEQ, makeCompressor, makeLimiter, maxFrames);
              },
-             all({compresses(), limits(kChainCeilingDB, kChainToleranceDB), crossfeeds()})});
+             check});
     return stage;
 }
 
