@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <numbers>
@@ -136,17 +135,6 @@ Check metersLoudness() {
             return Finding{false, "measures no loudness"};
         return Finding{std::fabs(*loudness - expected) < 0.1,
                        fmt::format("{:.2f} LUFS of {:.2f}", *loudness, expected)};
-    };
-}
-
-Check changesSomething() {
-    return [](const ContenderFactory& make, std::size_t blockFrames) {
-        const Signal input = music(48000, ratioOf(-20.0));
-        const Signal output = processed(*make(blockFrames), input, blockFrames);
-        const bool isChanged =
-            !std::equal(input.left(), input.left() + input.frames(), output.left()) &&
-            !std::equal(input.right(), input.right() + input.frames(), output.right());
-        return Finding{isChanged, isChanged ? "changes both channels" : "changes nothing"};
     };
 }
 

@@ -31,8 +31,6 @@ using Check = std::function<Finding(const ContenderFactory& make, std::size_t bl
 [[nodiscard]] Check crossfeeds();
 /// Reads what BS.1770 says of a tone, to a tenth of a dB.
 [[nodiscard]] Check metersLoudness();
-/// The output is another signal than the input.
-[[nodiscard]] Check changesSomething();
 /// All of them.
 [[nodiscard]] Check all(std::vector<Check> checks);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bench/compare/Checks.h"
 #include "bench/compare/Contender.h"
 #include "bench/compare/Settings.h"
 
@@ -18,9 +19,14 @@ struct OurContender {
 
 /// With these of `kTenBands` raised or lowered.
 [[nodiscard]] std::vector<OurContender> ourEQs(std::span<const EQBandSetting> bands);
+[[nodiscard]] std::vector<OurContender> ourCompressors();
 [[nodiscard]] std::vector<OurContender> ourLimiters(double ceilingDB);
 [[nodiscard]] std::vector<OurContender> ourCrossfeeds();
 /// Measures the left channel and applies its gain to both.
 [[nodiscard]] std::vector<OurContender> ourNormalizations();
+/// Everything there is, through the render callback.
+[[nodiscard]] std::vector<OurContender> ourChains();
+/// What each stage of `ourChains` says of itself after seconds of the music that is measured with.
+[[nodiscard]] Check everyStageIsAtWork();
 
 } // namespace orvanta::compare

@@ -20,8 +20,8 @@ std::unique_ptr<Lv2Contender> lspCompressor(Lv2World& world, std::size_t maxFram
         plugin.set(fmt::format("cbe_{}", split), split <= 2 ? 1 : 0);
     plugin.set("sf_1", kCrossovers[0]);
     plugin.set("sf_2", kCrossovers[1]);
-    for (std::size_t band = 0; band < kCompressorBands.size(); ++band) {
-        const CompressorBand& setting = kCompressorBands[band];
+    for (std::size_t band = 0; band < compression().bands.size(); ++band) {
+        const CompressorBandSettings& setting = compression().bands[band];
         const auto port = [band](const char* name) {
             return fmt::format("{}_{}", name, band);
         };
@@ -29,10 +29,10 @@ std::unique_ptr<Lv2Contender> lspCompressor(Lv2World& world, std::size_t maxFram
         plugin.set(port("sla"), 0);
         plugin.choose(port("cm"), "Down");
         plugin.set(port("ce"), 1);
-        plugin.set(port("al"), ratioOf(setting.thresholdDB));
-        plugin.set(port("at"), setting.attackMs);
-        plugin.set(port("rt"), setting.releaseMs);
-        plugin.set(port("cr"), setting.ratio);
+        plugin.set(port("al"), ratioOf(static_cast<double>(setting.threshold)));
+        plugin.set(port("at"), static_cast<double>(setting.attackMs));
+        plugin.set(port("rt"), static_cast<double>(setting.releaseMs));
+        plugin.set(port("cr"), static_cast<double>(setting.ratio));
         plugin.set(port("kn"), ratioOf(-kKneeDB / 2)); // down to the knee's lower end
     }
     compressor->start();
@@ -58,17 +58,17 @@ std::unique_ptr<Lv2Contender> calfCompressor(Lv2World& world, std::size_t maxFra
     plugin.set("freq1", kCrossovers[1]);
     plugin.set("freq2", 20000);
     plugin.set("bypass3", 1);
-    for (std::size_t band = 0; band < kCompressorBands.size(); ++band) {
-        const CompressorBand& setting = kCompressorBands[band];
+    for (std::size_t band = 0; band < compression().bands.size(); ++band) {
+        const CompressorBandSettings& setting = compression().bands[band];
         const auto port = [band](const char* name) {
             return fmt::format("{}{}", name, band);
         };
         plugin.set(port("bypass"), 0);
         plugin.choose(port("detection"), "Peak");
-        plugin.set(port("threshold"), ratioOf(setting.thresholdDB));
-        plugin.set(port("ratio"), setting.ratio);
-        plugin.set(port("attack"), setting.attackMs);
-        plugin.set(port("release"), setting.releaseMs);
+        plugin.set(port("threshold"), ratioOf(static_cast<double>(setting.threshold)));
+        plugin.set(port("ratio"), static_cast<double>(setting.ratio));
+        plugin.set(port("attack"), static_cast<double>(setting.attackMs));
+        plugin.set(port("release"), static_cast<double>(setting.releaseMs));
         plugin.set(port("knee"), ratioOf(kKneeDB));
     }
     compressor->start();

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "core/dsp/CompressorPreset.h"
+
 #include <array>
 #include <cstddef>
 
 /// One set of settings for everybody, so that all do the same work as near as it gets.
 namespace orvanta::compare {
+
+/// RMS of the music that everything is measured with.
+inline constexpr double kMusicDB = -9;
 
 struct EQBandSetting {
     enum class Shape { lowShelf, peaking, highShelf };
@@ -35,19 +40,11 @@ inline constexpr std::array<EQBandSetting, 10> kTenBands = {{
 inline constexpr std::array<EQBandSetting, 6> kSixBands = {
     {kTenBands[0], kTenBands[2], kTenBands[4], kTenBands[6], kTenBands[8], kTenBands[9]}};
 
-/// Our broadcast preset without its make-up gain, which peers apply in another measure.
-struct CompressorBand {
-    double thresholdDB;
-    double ratio;
-    double attackMs;
-    double releaseMs;
-};
-
-inline constexpr std::array<CompressorBand, 3> kCompressorBands = {{
-    {-22, 4, 5, 100},
-    {-14, 5, 3, 80},
-    {-18, 3.5, 3, 60},
-}};
+/// Thresholds, ratios and times of the compressors. The make-up gain in it is ours alone: peers
+/// apply theirs in another measure, and it costs nothing.
+inline const CompressorPreset& compression() {
+    return CompressorPreset::broadcast;
+}
 
 inline constexpr std::array<double, 2> kCrossovers = {250, 4000}; ///< Hz
 inline constexpr double kKneeDB = 3;                              ///< whole width

@@ -56,7 +56,7 @@ Stage sixBandEQStage(Lv2World& world) {
 }
 
 Stage compressorStage(Lv2World& world) {
-    return stageOf(world, "Multiband compressor, 3 bands", {}, multibandCompressors(),
+    return stageOf(world, "Multiband compressor, 3 bands", ourCompressors(), multibandCompressors(),
                    compresses());
 }
 
@@ -82,9 +82,10 @@ Stage loudnessStage() {
 }
 
 Stage chainStage(Lv2World& world, const std::string& eq, const std::string& limiter) {
-    const Check check =
-        all({compresses(), limits(kChainCeilingDB, kChainToleranceDB), crossfeeds()});
-    Stage stage = stageOf("Whole chain", {}, check);
+    const Check limiting = limits(kChainCeilingDB, kChainToleranceDB);
+    // Against quiet tones the gate of ours closes, so it is asked what it does instead.
+    Stage stage =
+        stageOf("Whole chain", ourChains(), all({everyStageIsAtWork(), limiting, crossfeeds()}));
     for (const Lv2Peer& compressor : multibandCompressors())
         stage.entries.push_back(
             {fmt::format("{} + {} + {} + libebur128 + libbs2b", eq, compressor.name, limiter),
@@ -93,7 +94,7 @@ Stage chainStage(Lv2World& world, const std::string& eq, const std::string& limi
               makeLimiter = named(limiter, limiters(kChainCeilingDB))](std::size_t maxFrames) {
                  return peersChain(world, makeEQ, makeCompressor, makeLimiter, maxFrames);
              },
-             check});
+             all({compresses(), limiting, crossfeeds()})});
     return stage;
 }
 

@@ -1,6 +1,7 @@
 // Measures our processors and other people's turn about, in one thread, on the same material.
 
 #include "bench/compare/Measurement.h"
+#include "bench/compare/Settings.h"
 #include "bench/compare/Stages.h"
 #include "bench/compare/Table.h"
 #include "core/dsp/FlushDenormals.h"
@@ -24,7 +25,6 @@ struct Options {
 };
 
 constexpr std::size_t kFrames = 65536;
-constexpr double kMusicDB = -9.0;
 
 class Comparison {
 public:
