@@ -6,6 +6,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 option(ORVANTA_BENCHMARKS "Build the benchmarks" OFF)
+option(ORVANTA_COMPARE "Build the comparison with other people's processors" OFF)
 option(ORVANTA_FUZZERS "Build the fuzz targets (clang)" OFF)
 set(ORVANTA_SANITIZERS "" CACHE STRING "Value for -fsanitize=, empty for none")
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what a fresh Debian 12 lacks for Orvanta, group by group: to build it, to run it and its
 # tests against a private audio server, to check the sources, for the other compiler with its
-# sanitizers, and for the other architecture. Asks the network only when something is missing.
+# sanitizers, for the other architecture, and to measure against other people's processors. Asks the
+# network only when something is missing.
 set -euo pipefail
 
 build=(
@@ -19,9 +20,11 @@ test=(ccache clang-format git python3)
 full=(clang clang-tidy libclang-rt-dev llvm)
 # The other architecture: its compiler, and what runs its programs here.
 arm64=(g++-aarch64-linux-gnu qemu-user-static)
+# Plug-ins and libraries of the same trade, and what hosts them.
+compare=(liblilv-dev lv2-dev libbs2b-dev libebur128-dev calf-plugins lsp-plugins-lv2 x42-plugins)
 
 usage() {
-    echo "usage: ${0##*/} GROUP...   (of: build run test full arm64)" >&2
+    echo "usage: ${0##*/} GROUP...   (of: build run test full arm64 compare)" >&2
     exit 2
 }
 
@@ -38,6 +41,7 @@ for group in "$@"; do
     test) wanted+=("${test[@]}") ;;
     full) wanted+=("${full[@]}") ;;
     arm64) wanted+=("${arm64[@]}") ;;
+    compare) wanted+=("${compare[@]}") ;;
     *) usage ;;
     esac
 done

@@ -238,15 +238,20 @@ private:
         gainReduction[band] = std::max(maxReduction, 0.9F * gainReduction[band]);
     }
 
-    /// What is not finite does not outlive the block.
-    void guard(float* buffer, Channel& past, const std::array<float, bandCount>& publishedBefore,
-               std::size_t count) {
-        bool filtersAreSound = true;
+    static bool isSound(const Channel& past) {
+        bool isFinite = true;
         for (const auto* const sections : {&past.lowPass, &past.highPass})
             for (const auto& crossover : *sections)
                 for (const Section& section : crossover)
                     for (const double value : {section.x1, section.x2, section.y1, section.y2})
-                        filtersAreSound = filtersAreSound && std::isfinite(value);
+                        isFinite = isFinite && std::isfinite(value);
+        return isFinite;
+    }
+
+    /// What is not finite does not outlive the block.
+    void guard(float* buffer, Channel& past, const std::array<float, bandCount>& publishedBefore,
+               std::size_t count) {
+        const bool filtersAreSound = isSound(past);
         if (!filtersAreSound) {
             past.lowPass = {};
             past.highPass = {};

@@ -1,0 +1,97 @@
+// The whole chain of one tap through the render callback, every stage at work.
+
+#include "bench/BlockBench.h"
+#include "bench/FullChainTap.h"
+#include "tests/support/reference/Equaliser.h"
+#include "tests/support/reference/Levels.h"
+#include "tests/support/reference/Limiter.h"
+#include "tests/support/reference/Normalization.h"
+#include "tests/support/reference/ReferenceCompressor.h"
+#include "tests/support/reference/Stereo.h"
+
+namespace orvanta::bench {
+namespace {
+
+/// The callback's buffers over the memory of a block, which it renders in place of a processor.
+class ChainRunner {
+public:
+    explicit ChainRunner(const Kernels& kernels) : tap_(std::make_shared<FullChainTap>(kernels)) {}
+
+    void operator()(Block& block) {
+        if (output_ == nullptr)
+            output_ = std::make_shared<Block>(block.layout, block.frames);
+        auto input = buffersOf(block);
+        auto output = buffersOf(*output_);
+        AudioBufferList outputs{output};
+        tap_->render(AudioBufferList{input}, outputs);
+    }
+
+private:
+    static std::vector<AudioBuffer> buffersOf(Block& block) {
+        const auto bytes = [](const std::vector<float>& samples) {
+            return static_cast<std::uint32_t>(samples.size() * sizeof(float));
+        };
+        std::vector<AudioBuffer> buffers{
+            {block.layout == Layout::interleaved ? 2U : 1U, bytes(block.left), block.left.data()}};
+        if (block.layout == Layout::planar)
+            buffers.push_back({1U, bytes(block.right), block.right.data()});
+        return buffers;
+    }
+
+    std::shared_ptr<FullChainTap> tap_;
+    std::shared_ptr<Block> output_;
+};
+
+/// The same stages one after the other, plainly. Planar.
+class PlainChain {
+public:
+    PlainChain() {
+        for (std::size_t band = 0; band < FullChainTap::kGains.size(); ++band)
+            eq_.setGain(band, FullChainTap::kGains[band]);
+        compressor_.apply(FullChainTap::compression());
+        crossfeed_.amount = FullChainTap::kCrossfeed;
+    }
+
+    void operator()(Block& block) {
+        processChannels(normalization_, block);
+        scale(block.left, FullChainTap::kVolume);
+        scale(block.right, FullChainTap::kVolume);
+        processChannels(eq_, block);
+        processChannels(compressor_, block);
+        processChannels(limiter_, block);
+        scale(block.left, 1.0F - FullChainTap::kBalance);
+        reference::widen(block.left, block.right, FullChainTap::kWidth);
+        crossfeed_.process(block.left, block.right);
+        benchmark::DoNotOptimize(reference::rms(block.left));
+        benchmark::DoNotOptimize(reference::peak(block.left));
+    }
+
+private:
+    static void scale(std::vector<float>& samples, float gain) {
+        for (float& sample : samples)
+            sample *= gain;
+    }
+
+    reference::Normalization normalization_{kRate};
+    reference::Equaliser eq_{kRate, 2};
+    reference::Compressor<reference::ApproximatePowers> compressor_{kRate, 2, 4096};
+    reference::Limiter limiter_{kRate, 2};
+    reference::Crossfeed crossfeed_{kRate};
+};
+
+Runner plainChain() {
+    return [chain = std::make_shared<PlainChain>()](Block& block) {
+        (*chain)(block);
+    };
+}
+
+const std::vector<Layout> kLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
+
+[[maybe_unused]] const bool kRegistered =
+    registerVersions("chain", kLayouts,
+                     [](const Kernels& kernels) { return Runner(ChainRunner(kernels)); }) &&
+    registerBlocks("chain/reference", {Layout::planar}, plainChain) &&
+    registerDenormals("chain", [] { return Runner(ChainRunner(kernels())); });
+
+} // namespace
+} // namespace orvanta::bench
