@@ -47,6 +47,8 @@ std::size_t lookAheadOf(const CompressorBandSettings& settings, double sampleRat
                            static_cast<double>(settings.lookaheadMs), sampleRate);
         std::abort();
     }
+    if (!(samples >= 1.0F)) // a rate below 0 gives a negative delay
+        return 0;
     return samples < static_cast<float>(kMaxLookaheadSamples) ? static_cast<std::size_t>(samples)
                                                               : kMaxLookaheadSamples - 1;
 }

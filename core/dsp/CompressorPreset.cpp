@@ -54,7 +54,8 @@ constexpr std::array<Row, 8> kRows{{
 
 using Table = std::array<NamedCompressorPreset, kRows.size()>;
 
-/// Made on first use, so that it is there for whatever is initialised before this file is.
+/// Made on first use, so that `allPresets` is there for whatever is initialised before this file
+/// is. The names below are not: what is initialised before `main` goes by the list.
 const Table& table() {
     static const Table presets = [] {
         Table made;
@@ -90,14 +91,29 @@ std::optional<DetectionMode> detectionModeFrom(std::string_view rawValue) noexce
     return std::nullopt;
 }
 
-bool CompressorPreset::isOff() const noexcept {
+bool isCompressorOff(std::span<const CompressorBandSettings> bands) noexcept {
     return std::all_of(bands.begin(), bands.end(), [](const CompressorBandSettings& band) {
         return band.ratio < kSmallestCompressorRatio;
     });
 }
 
+bool CompressorPreset::isOff() const noexcept {
+    return isCompressorOff(bands);
+}
+
 std::span<const NamedCompressorPreset> CompressorPreset::allPresets() {
     return table();
+}
+
+void to_json(coding::JSON& json, DetectionMode mode) {
+    json = rawValue(mode);
+}
+
+void from_json(const coding::JSON& json, DetectionMode& mode) {
+    const auto known = detectionModeFrom(coding::decodedString(json));
+    if (!known)
+        throw coding::CodingError("no detection mode: " + json.dump());
+    mode = *known;
 }
 
 void to_json(coding::JSON& json, const CompressorBandSettings& settings) {
@@ -108,7 +124,7 @@ void to_json(coding::JSON& json, const CompressorBandSettings& settings) {
     json["releaseMs"] = coding::encoded(settings.releaseMs);
     json["makeupGain"] = coding::encoded(settings.makeupGain);
     json["lookaheadMs"] = coding::encoded(settings.lookaheadMs);
-    json["detectionMode"] = rawValue(settings.detectionMode);
+    json["detectionMode"] = settings.detectionMode;
     json["autoMakeup"] = settings.autoMakeup;
 }
 
@@ -121,12 +137,8 @@ void from_json(const coding::JSON& json, CompressorBandSettings& settings) {
     read.makeupGain = coding::decodedFloat(coding::required(json, "makeupGain"));
     if (const auto* const lookahead = coding::optional(json, "lookaheadMs"))
         read.lookaheadMs = coding::decodedFloat(*lookahead);
-    if (const auto* const stored = coding::optional(json, "detectionMode")) {
-        const auto mode = detectionModeFrom(coding::decodedString(*stored));
-        if (!mode)
-            throw coding::CodingError("no detection mode: " + stored->dump());
-        read.detectionMode = *mode;
-    }
+    if (const auto* const mode = coding::optional(json, "detectionMode"))
+        read.detectionMode = mode->get<DetectionMode>();
     if (const auto* const autoMakeup = coding::optional(json, "autoMakeup"))
         read.autoMakeup = coding::decodedBool(*autoMakeup);
     settings = read;

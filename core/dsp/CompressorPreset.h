@@ -69,6 +69,13 @@ struct NamedCompressorPreset {
 /// Below this ratio a preset is off, and only above it a band compresses.
 inline constexpr float kSmallestCompressorRatio = 1.05F;
 
+/// Whether every ratio is below it. A ratio that is no number is not.
+[[nodiscard]] bool isCompressorOff(std::span<const CompressorBandSettings> bands) noexcept;
+
+/// Written as its text; `from_json` throws a `CodingError` for any other.
+void to_json(coding::JSON& json, DetectionMode mode);
+void from_json(const coding::JSON& json, DetectionMode& mode);
+
 /// Written with all eight keys, in the order of the fields. Read without "lookaheadMs",
 /// "detectionMode" and "autoMakeup" too, which older versions did not store: 0, peak and false
 /// then. `from_json` throws a `CodingError` for anything else that is missing or of another type.

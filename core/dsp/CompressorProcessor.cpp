@@ -89,9 +89,7 @@ CompressorPreset CompressorProcessor::currentPreset() const {
 }
 
 bool CompressorProcessor::isOff() const noexcept {
-    return std::all_of(settings_.begin(), settings_.end(), [](const CompressorBandSettings& band) {
-        return band.ratio < kSmallestCompressorRatio;
-    });
+    return isCompressorOff(settings_);
 }
 
 std::array<float, kCompressorBandCount> CompressorProcessor::gainReduction() const noexcept {
@@ -126,6 +124,8 @@ const CompressorProcessor::Parameters& CompressorProcessor::latestParameters() n
     if (parameters.clearGeneration != clearedGeneration_) {
         clearedGeneration_ = parameters.clearGeneration;
         std::fill(channels_.begin(), channels_.end(), Channel{});
+        // A block that was under way may have published its own after the rate was changed.
+        setGainReduction({});
     }
     return parameters;
 }
@@ -228,24 +228,28 @@ const float* CompressorProcessor::delayed(LookAheadLine& line, float* signal, st
 
 /// The last section of each way through the crossover tells about all before it: what is not
 /// finite goes on into every later section with the same sample, and stays in the outputs that a
-/// section remembers. So it does in an envelope.
-bool CompressorProcessor::isSound(const Channel& channel) noexcept {
+/// section remembers.
+bool CompressorProcessor::filtersAreSound(const Channel& channel) noexcept {
     return std::isfinite(channel.crossover.lowPass[0][1].y1) &&
-           std::isfinite(channel.crossover.highPass[1][1].y1) &&
+           std::isfinite(channel.crossover.highPass[1][1].y1);
+}
+
+/// It stays in an envelope too.
+bool CompressorProcessor::isSound(const Channel& channel) noexcept {
+    return filtersAreSound(channel) &&
            std::all_of(channel.envelopes.begin(), channel.envelopes.end(),
                        [](float envelope) { return std::isfinite(envelope); });
 }
 
 void CompressorProcessor::cure(Channel& channel, Reductions& reductions) noexcept {
-    const bool filtersAreSound = std::isfinite(channel.crossover.lowPass[0][1].y1) &&
-                                 std::isfinite(channel.crossover.highPass[1][1].y1);
-    if (!filtersAreSound) {
+    const bool hadSoundFilters = filtersAreSound(channel);
+    if (!hadSoundFilters) {
         channel.crossover = {};
         reductions = {};
     }
     for (float& envelope : channel.envelopes) {
         if (!std::isfinite(envelope))
-            envelope = filtersAreSound && envelope > 0.0F ? FLT_MAX : 0.0F;
+            envelope = hadSoundFilters && envelope > 0.0F ? FLT_MAX : 0.0F;
     }
     for (LookAheadLine& line : channel.lines)
         silenceWhatIsNotFinite(line.samples);

@@ -105,8 +105,6 @@ private:
 
     using Reductions = std::array<float, kCompressorBandCount>;
 
-    [[nodiscard]] static bool
-    isOff(const std::array<CompressorBandSettings, kCompressorBandCount>& settings) noexcept;
     [[nodiscard]] Parameters designed() const noexcept;
     void publish() noexcept;
 
@@ -117,6 +115,7 @@ private:
                 std::size_t count) noexcept;
     static const float* delayed(LookAheadLine& line, float* signal, std::size_t count,
                                 std::size_t delay) noexcept;
+    static bool filtersAreSound(const Channel& channel) noexcept;
     static bool isSound(const Channel& channel) noexcept;
     static void cure(Channel& channel, Reductions& reductions) noexcept;
     void publishReductions(const Parameters& parameters, const Reductions& reductions) noexcept;

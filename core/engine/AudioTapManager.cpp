@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <vector>
 
 namespace orvanta {
@@ -89,7 +90,9 @@ void AudioTapManager::readTapFormat(TapState& state) {
     if (!format)
         return;
     state.channels = static_cast<int>(format->mChannelsPerFrame);
-    state.sampleRate = format->mSampleRate;
+    // No processor can be made for a rate that is none.
+    if (std::isfinite(format->mSampleRate) && format->mSampleRate > 0.0)
+        state.sampleRate = format->mSampleRate;
     logger_.debug("Tap format: %fHz, %uch", format->mSampleRate, format->mChannelsPerFrame);
 }
 

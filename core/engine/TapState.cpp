@@ -15,7 +15,8 @@ TapState::TapState(std::int32_t ownerPID, AudioObjectID processObject, AudioObje
       firstCallbackLog(log) {}
 
 bool TapState::isAtRest() const noexcept {
-    if (peakLevel.load() != 0.0F || rmsLevel.load() != 0.0F)
+    if (peakLevel.load() != 0.0F || rmsLevel.load() != 0.0F ||
+        silentCallbackCount.load() < kSilentCallbacksBeforeBypass)
         return false;
     if (!noiseGateEnabled.load())
         return true;

@@ -20,6 +20,9 @@ namespace orvanta {
 
 struct AudioCallbackRef;
 
+/// Callbacks in a row that must be silent before the costly stages are passed over.
+inline constexpr std::int32_t kSilentCallbacksBeforeBypass = 10;
+
 /// Everything of one tapped process: its system objects, its settings, its processors, and what its
 /// callback publishes. Cells, the processors, their epoch and the log are shared with the
 /// callback; every other field belongs to the manager, under its lock.
@@ -29,7 +32,8 @@ struct TapState {
              std::string tapUUID, AudioObjectID mixDeviceID, FirstCallbackLog& log);
 
     /// True when silent cycles would change nothing that can be seen or heard any more: the
-    /// published levels have reached 0 and the gate stands where silence leaves it.
+    /// published levels have reached 0, the costly stages are passed over, and the gate stands
+    /// where silence leaves it.
     [[nodiscard]] bool isAtRest() const noexcept;
 
     const std::int32_t pid;

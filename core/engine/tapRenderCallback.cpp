@@ -14,9 +14,7 @@ namespace {
 
 /// Meters look at no more of a buffer than this.
 constexpr std::size_t kMeasuredSamples = 4096;
-/// Callbacks in a row that must be silent before the costly stages are passed over, and where their
-/// count stops.
-constexpr std::int32_t kSilentCallbacksBeforeBypass = 10;
+/// Where the count of silent callbacks in a row stops.
 constexpr std::int32_t kHighestSilentCount = 20;
 constexpr float kSilentPeak = 0.000001F;
 constexpr float kSilentRMS = 0.00000001F;
@@ -137,8 +135,8 @@ std::size_t copyInput(const AudioBuffer& input, const AudioBuffer& output) noexc
     const std::size_t sampleCount = bytes / sizeof(float);
     const std::size_t sampleBytes = sampleCount * sizeof(float);
     vDSP::copyFinite(input.samples(), output.samples(), sampleCount);
-    std::memcpy(static_cast<char*>(output.mData) + sampleBytes,
-                static_cast<const char*>(input.mData) + sampleBytes, bytes - sampleBytes);
+    std::memmove(static_cast<char*>(output.mData) + sampleBytes,
+                 static_cast<const char*>(input.mData) + sampleBytes, bytes - sampleBytes);
     return sampleCount;
 }
 
@@ -169,8 +167,9 @@ bool overlaps(const AudioBuffer& a, const AudioBuffer& b) noexcept {
     return startOf(a) < startOf(b) + b.mDataByteSize && startOf(b) < startOf(a) + a.mDataByteSize;
 }
 
-/// True when the first two buffers have the same length and none of what is written for one is
-/// read or written for the other.
+/// True when the first two buffers have the same length and none of what is written for the first
+/// is read or written for the second. What the second writes may lie where the first was read: that
+/// has been copied by then.
 bool canGoSideBySide(const Cycle& cycle) noexcept {
     return cycle.pairCount >= 2 && isPlayable(cycle, 0) && isPlayable(cycle, 1) &&
            commonBytes(cycle, 0) == commonBytes(cycle, 1) &&

@@ -6,8 +6,9 @@
 namespace orvanta {
 
 /// One IO cycle of one tap: copies the process's sound from `input` to `output` and runs the whole
-/// chain in place there. In this order: copy, volume and mute, limiter, balance (buffer by buffer);
-/// then metering, gate, clearing of spare outputs. Two lists of unequal length or size are
+/// chain in place there. In this order: copy, loudness normalisation, volume and mute, equaliser,
+/// compressor, limiter, balance (buffer by buffer); then width and crossfeed; then metering, gate,
+/// clearing of spare outputs. Two lists of unequal length or size are
 /// processed as far as they pair; null buffers are passed over.
 /// Samples that are no finite numbers are taken for silence.
 ///

@@ -39,6 +39,7 @@ const Kernels& widest() noexcept {
     return wide != nullptr ? *wide : kBaselineKernels;
 }
 
+/// Before `main`; what is initialised earlier still asks `kernelsFor`.
 const Kernels& chosen = widest();
 
 } // namespace

@@ -58,37 +58,44 @@ TEST(CompressorPreset, OnlyThePresetNamedOffIsOff) {
 
 /// The sums of all fields, so that no digit of the table can change unnoticed.
 TEST(CompressorPreset, NamedPresetsHaveTheirValues) {
-    const auto sums = [](const CompressorPreset& preset) {
-        std::vector<float> sum(6);
-        for (const CompressorBandSettings& band : preset.bands) {
-            sum[0] += band.threshold;
-            sum[1] += band.ratio;
-            sum[2] += band.attackMs;
-            sum[3] += band.releaseMs;
-            sum[4] += band.makeupGain;
-            sum[5] += band.lookaheadMs;
-        }
-        return sum;
+    constexpr auto peak = DetectionMode::peak;
+    constexpr auto rms = DetectionMode::rms;
+    const auto bandsOf = [](const CompressorPreset& preset) {
+        return preset.bands;
     };
-    using Sums = std::vector<float>;
-    EXPECT_EQ(sums(CompressorPreset::off), (Sums{0, 3, 30, 300, 0, 0}));
-    EXPECT_EQ(sums(CompressorPreset::gentle), (Sums{-28, 4.5F, 120, 750, 0, 0}));
-    EXPECT_EQ(sums(CompressorPreset::music), (Sums{-40, 5.3F, 90, 650, 2, 0}));
-    EXPECT_EQ(sums(CompressorPreset::vocal), (Sums{-54, 7.5F, 23, 370, 5, 0}));
-    EXPECT_EQ(sums(CompressorPreset::podcast), (Sums{-64, 9, 28, 520, 8, 0}));
-    EXPECT_EQ(sums(CompressorPreset::broadcast), (Sums{-54, 12.5F, 11, 240, 12, 0}));
-    EXPECT_EQ(sums(CompressorPreset::nightMode), (Sums{-52, 9, 65, 950, 0, 15}));
-    EXPECT_EQ(sums(CompressorPreset::cinema), (Sums{-48, 7, 45, 700, 0, 9}));
+    using Bands = std::vector<CompressorBandSettings>;
+    EXPECT_EQ(bandsOf(CompressorPreset::off), (Bands{{0, 1, 10, 100, 0, 0, peak, false},
+                                                     {0, 1, 10, 100, 0, 0, peak, false},
+                                                     {0, 1, 10, 100, 0, 0, peak, false}}));
+    EXPECT_EQ(bandsOf(CompressorPreset::gentle), (Bands{{-10, 1.5F, 50, 300, 0, 0, peak, false},
+                                                        {-8, 1.5F, 40, 250, 0, 0, peak, false},
+                                                        {-10, 1.5F, 30, 200, 0, 0, peak, false}}));
+    EXPECT_EQ(bandsOf(CompressorPreset::music), (Bands{{-14, 2, 40, 300, 1, 0, peak, false},
+                                                       {-12, 1.8F, 30, 200, 1, 0, peak, false},
+                                                       {-14, 1.5F, 20, 150, 0, 0, peak, false}}));
+    EXPECT_EQ(bandsOf(CompressorPreset::vocal), (Bands{{-20, 2, 10, 150, 1, 0, peak, false},
+                                                       {-16, 3.5F, 8, 120, 3, 0, peak, false},
+                                                       {-18, 2, 5, 100, 1, 0, peak, false}}));
+    EXPECT_EQ(bandsOf(CompressorPreset::podcast), (Bands{{-24, 2.5F, 15, 250, 2, 0, peak, false},
+                                                         {-18, 4, 8, 150, 4, 0, peak, false},
+                                                         {-22, 2.5F, 5, 120, 2, 0, peak, false}}));
+    EXPECT_EQ(bandsOf(CompressorPreset::broadcast), (Bands{{-22, 4, 5, 100, 4, 0, peak, false},
+                                                           {-14, 5, 3, 80, 5, 0, peak, false},
+                                                           {-18, 3.5F, 3, 60, 3, 0, peak, false}}));
+    EXPECT_EQ(bandsOf(CompressorPreset::nightMode), (Bands{{-18, 3, 30, 400, 0, 5, rms, true},
+                                                           {-14, 3.5F, 20, 300, 0, 5, rms, true},
+                                                           {-20, 2.5F, 15, 250, 0, 5, rms, true}}));
+    EXPECT_EQ(bandsOf(CompressorPreset::cinema), (Bands{{-16, 2, 20, 300, 0, 3, peak, true},
+                                                        {-14, 3, 15, 200, 0, 3, rms, true},
+                                                        {-18, 2, 10, 200, 0, 3, peak, true}}));
+}
 
-    const CompressorBandSettings vocalMid{-16, 3.5F, 8, 120, 3, 0, DetectionMode::peak, false};
-    EXPECT_EQ(CompressorPreset::vocal.bands[1], vocalMid);
-    const CompressorBandSettings broadcastHigh{-18, 3.5F, 3, 60, 3, 0, DetectionMode::peak, false};
-    EXPECT_EQ(CompressorPreset::broadcast.bands[2], broadcastHigh);
-    const CompressorBandSettings nightLow{-18, 3, 30, 400, 0, 5, DetectionMode::rms, true};
-    EXPECT_EQ(CompressorPreset::nightMode.bands[0], nightLow);
-    const CompressorBandSettings cinemaMid{-14, 3, 15, 200, 0, 3, DetectionMode::rms, true};
-    EXPECT_EQ(CompressorPreset::cinema.bands[1], cinemaMid);
-    EXPECT_EQ(CompressorPreset::cinema.bands[0].detectionMode, DetectionMode::peak);
+TEST(CompressorPreset, ADetectionModeIsStoredAsItsText) {
+    EXPECT_EQ(coding::JSON(DetectionMode::peak).dump(), "\"peak\"");
+    EXPECT_EQ(coding::JSON(DetectionMode::rms).dump(), "\"rms\"");
+    EXPECT_EQ(coding::JSON("rms").get<DetectionMode>(), DetectionMode::rms);
+    EXPECT_THROW((void)coding::JSON("RMS").get<DetectionMode>(), coding::CodingError);
+    EXPECT_THROW((void)coding::JSON(1).get<DetectionMode>(), coding::CodingError);
 }
 
 TEST(CompressorPreset, IsOffBelowARatioOf1Point05AndNotAtIt) {

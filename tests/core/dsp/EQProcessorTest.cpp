@@ -522,6 +522,20 @@ TEST(EQProcessor, AllocatesAndLocksNothingInProcess) {
     eq.processPair(left.data(), right.data(), left.size());
 }
 
+TEST(EQProcessor, APairThatFollowsANewRateIsThatOfAFreshOne) {
+    TunedEQ used(tenGains);
+    auto left = noise(500, 1);
+    auto right = noise(500, 2);
+    used.processPair(left.data(), right.data(), left.size());
+    used.updateSampleRate(rate);
+    TunedEQ fresh(tenGains);
+    left = noise(500, 3);
+    right = noise(500, 4);
+    used.processPair(left.data(), right.data(), left.size());
+    EXPECT_EQ(left, processed(fresh, noise(500, 3), 0));
+    EXPECT_EQ(right, processed(fresh, noise(500, 4), 1));
+}
+
 TEST(EQProcessor, CanBeSetFromAnotherThreadWhileItRuns) {
     EQProcessor eq(rate, 2);
     std::atomic<bool> isChanging{false};

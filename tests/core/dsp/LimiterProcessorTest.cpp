@@ -170,6 +170,21 @@ TEST(LimiterProcessor, ResetEqualsAFreshInstance) {
     EXPECT_EQ(used.gainReductionDB(), fresh.gainReductionDB());
 }
 
+TEST(LimiterProcessor, APairThatFollowsAResetIsThatOfAFreshOne) {
+    auto left = noise(500, 3.0F);
+    auto right = noise(500, 2.0F);
+    LimiterProcessor used(rate, 2);
+    used.processPair(left.data(), right.data(), left.size());
+    used.reset();
+    left = noise(500, 3.0F);
+    right = noise(500, 2.0F);
+    used.processPair(left.data(), right.data(), left.size());
+    LimiterProcessor fresh(rate, 2);
+    EXPECT_EQ(left, processed(fresh, noise(500, 3.0F), 0));
+    EXPECT_EQ(right, processed(fresh, noise(500, 2.0F), 1));
+    EXPECT_EQ(used.gainReductionDB(), fresh.gainReductionDB());
+}
+
 TEST(LimiterProcessor, BadSamplesAreHeardAsSilenceAndLeaveNothingBehind) {
     for (const float poison :
          {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),

@@ -205,11 +205,29 @@ TEST_F(TapProcessors, TheAmountOfCrossfeedIsLimitedFromZeroToOne) {
     EXPECT_EQ(manager.getCrossfeed(pid), 1.0F);
 }
 
-TEST_F(TapProcessors, EveryProcessorTakesTheRateOfTheTap) {
-    manager.setCrossfeed(pid, 0.5F);
+TEST(TapProcessorsAt96kHz, TakeTheRateOfTheTap) {
+    auto speakers = planarSpeakers();
+    speakers.sampleRate = 96000.0;
+    EngineRig rig({.tapLayout = embedded::BufferLayout::planar}, speakers);
+    AudioTapManager& manager = *rig.manager;
+    ASSERT_TRUE(manager.createTap(pid));
+    ASSERT_EQ(rig.state().sampleRate, 96000.0);
     manager.setEQ(pid, 0, 3.0F);
-    EXPECT_EQ(rig.state().crossfeed.get()->delaySamples(), 14U);
-    EXPECT_EQ(rig.state().eqProcessor.get()->sampleRate(), 48000.0);
+    manager.setLimiterEnabled(pid, true);
+    manager.setNormalizationEnabled(pid, true);
+    manager.setCrossfeed(pid, 0.5F);
+    EXPECT_EQ(rig.state().eqProcessor.get()->sampleRate(), 96000.0);
+    EXPECT_EQ(rig.state().limiter.get()->lookAheadSamples(), 96U);
+    EXPECT_EQ(rig.state().normalizer.get()->windowSizeInSamples(), 38400U);
+    EXPECT_EQ(rig.state().crossfeed.get()->delaySamples(), 28U);
+
+    manager.setCompressor(pid, CompressorPreset::cinema); // looks ahead for 3 ms
+    std::vector<float> block(600, 0.0F);
+    block[0] = 0.5F;
+    rig.state().compressor.get()->process(block.data(), block.size(), 0);
+    const auto heard =
+        std::find_if(block.begin(), block.end(), [](float sample) { return sample != 0.0F; });
+    EXPECT_EQ(heard - block.begin(), 288);
 }
 
 } // namespace

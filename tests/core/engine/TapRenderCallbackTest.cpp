@@ -517,9 +517,17 @@ TEST_F(TapRenderCallbackGate, StaysOutOfTheWayWhileDisabled) {
 
 // ---- rest
 
+TEST(TapState, IsNotAtRestBeforeSilencePassesTheCostlyStagesOver) {
+    RenderRig rig;
+    for (int silent = 0; silent < 10; ++silent) {
+        EXPECT_FALSE(tapIsAtRest(&rig.ref())) << "after " << silent;
+        rig.render(Samples(64, 0.0F));
+    }
+    EXPECT_TRUE(tapIsAtRest(&rig.ref()));
+}
+
 TEST(TapState, IsAtRestOnceSilenceHasEmptiedTheMeters) {
     RenderRig rig;
-    EXPECT_TRUE(tapIsAtRest(&rig.ref()));
     rig.render(Samples(64, 0.5F));
     int silent = 0;
     while (!tapIsAtRest(&rig.ref()) && silent < 1000) {
