@@ -92,8 +92,8 @@ bool registerBlocks(const std::string& name, const std::vector<Layout>& layouts,
 bool registerVersions(const std::string& processor, const std::vector<Layout>& layouts,
                       const std::function<Runner(const Kernels&)>& make);
 
-/// "denormals/processor/…": a minute of noise, of silence and of noise at 1e-39, the latter two
-/// after a loud burst that leaves every filter ringing out.
+/// "denormals/processor/…": a minute of noise, of silence and of noise at 1e-39, each after a loud
+/// burst that leaves every filter ringing out.
 bool registerDenormals(const std::string& processor, const RunnerFactory& make);
 
 } // namespace orvanta::bench

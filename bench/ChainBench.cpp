@@ -9,6 +9,9 @@
 #include "tests/support/reference/ReferenceCompressor.h"
 #include "tests/support/reference/Stereo.h"
 
+#include <array>
+#include <span>
+
 namespace orvanta::bench {
 namespace {
 
@@ -20,22 +23,23 @@ public:
     void operator()(Block& block) {
         if (output_ == nullptr)
             output_ = std::make_shared<Block>(block.layout, block.frames);
-        auto input = buffersOf(block);
-        auto output = buffersOf(*output_);
-        AudioBufferList outputs{output};
-        tap_->render(AudioBufferList{input}, outputs);
+        Buffers input = buffersOf(block);
+        Buffers output = buffersOf(*output_);
+        const std::size_t count = block.layout == Layout::planar ? 2 : 1;
+        AudioBufferList outputs{std::span(output).first(count)};
+        tap_->render(AudioBufferList{std::span(input).first(count)}, outputs);
     }
 
 private:
-    static std::vector<AudioBuffer> buffersOf(Block& block) {
+    using Buffers = std::array<AudioBuffer, 2>;
+
+    static Buffers buffersOf(Block& block) {
         const auto bytes = [](const std::vector<float>& samples) {
             return static_cast<std::uint32_t>(samples.size() * sizeof(float));
         };
-        std::vector<AudioBuffer> buffers{
-            {block.layout == Layout::interleaved ? 2U : 1U, bytes(block.left), block.left.data()}};
-        if (block.layout == Layout::planar)
-            buffers.push_back({1U, bytes(block.right), block.right.data()});
-        return buffers;
+        const std::uint32_t channels = block.layout == Layout::interleaved ? 2 : 1;
+        return {{{channels, bytes(block.left), block.left.data()},
+                 {1U, bytes(block.right), block.right.data()}}};
     }
 
     std::shared_ptr<FullChainTap> tap_;

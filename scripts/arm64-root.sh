@@ -8,7 +8,7 @@ packages=(libgmock-dev:arm64 libgtest-dev:arm64 librapidcheck-dev:arm64 nlohmann
 root=$PWD/build/arm64-root
 apt=$PWD/build/arm64-apt
 
-[[ -e $root/complete ]] && exit 0
+[[ "$(cat "$root/complete" 2>/dev/null)" == "${packages[*]}" ]] && exit 0
 rm -rf "$root" "$apt"
 mkdir -p "$root" "$apt/lists/partial" "$apt/cache/archives/partial" "$apt/packages"
 options=(
@@ -23,4 +23,4 @@ apt-get "${options[@]}" --quiet --quiet update
 for package in "$apt/packages"/*.deb; do
     dpkg-deb --extract "$package" "$root"
 done
-touch "$root/complete"
+echo "${packages[*]}" >"$root/complete"

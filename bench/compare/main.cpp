@@ -12,13 +12,25 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
-#include <thread>
+#include <sched.h>
 
 namespace orvanta::compare {
 namespace {
 
+/// The highest one that this process may run on.
+int lastProcessor() {
+    cpu_set_t allowed;
+    CPU_ZERO(&allowed);
+    std::size_t last = 0;
+    if (::sched_getaffinity(0, sizeof allowed, &allowed) == 0)
+        for (std::size_t processor = 0; processor < CPU_SETSIZE; ++processor)
+            if (CPU_ISSET(processor, &allowed))
+                last = processor;
+    return static_cast<int>(last);
+}
+
 struct Options {
-    int processor = static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U)) - 1;
+    int processor = lastProcessor();
     std::size_t rounds = 41;
     std::vector<std::size_t> blockLengths = {64, 256, 512, 1024};
     bool onlyChecks = false;

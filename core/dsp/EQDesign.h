@@ -16,9 +16,10 @@ inline constexpr EQCoefficients kEQIdentity{1, 0, 0, 0, 0};
 /// audio EQ biquad filter coefficients", with alpha from Q for all three. A band that is not active
 /// gives the identity.
 ///
-/// Below half of `sampleRate` the filter is stable, and up to 95 % of it also when rounded to
-/// single precision. At half of it a shelf's poles and zeros cancel each other on the unit circle;
-/// beyond it the formulas may give no stable filter, and at a rate of 0 no numbers.
+/// Below half of `sampleRate` the filter is stable, and for rates from 8 to 384 kHz up to 95 % of
+/// it also when rounded to single precision; beyond those rates the lowest shelf may not be. At
+/// half of it a shelf's poles and zeros cancel each other on the unit circle; beyond it the
+/// formulas may give no stable filter, and at a rate of 0 no numbers.
 [[nodiscard]] EQCoefficients eqCoefficients(const EQBand& band, double sampleRate) noexcept;
 
 /// Coefficients as they run.

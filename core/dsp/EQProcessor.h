@@ -32,9 +32,9 @@ public:
 
     static constexpr float kLargestGain = 12.0F; // dB, up and down
 
-    /// `sampleRate` in Hz is taken as it is. A band for which it is too low, so that its filter
-    /// would not be stable, has its coefficients but is left out of the cascade: it would ring up
-    /// for ever.
+    /// `sampleRate` in Hz is taken as it is. A band for which it is too low (or, beyond 384
+    /// kHz, too high), so that its filter would not be stable, has its coefficients but is left out
+    /// of the cascade: it would ring up for ever.
     EQProcessor(double sampleRate, std::size_t maxChannels,
                 const Kernels& kernels = orvanta::kernels());
 

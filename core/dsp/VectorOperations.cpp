@@ -30,18 +30,6 @@ void vsmul(const float* a, std::ptrdiff_t sa, float scalar, float* c, std::ptrdi
         *c = *a * scalar;
 }
 
-void vsma(const float* a, std::ptrdiff_t sa, float scalar, const float* b, std::ptrdiff_t sb,
-          float* c, std::ptrdiff_t sc, std::size_t n) noexcept {
-    for (std::size_t k = 0; k < n; ++k, a += sa, b += sb, c += sc)
-        *c = *a * scalar + *b;
-}
-
-void vadd(const float* a, std::ptrdiff_t sa, const float* b, std::ptrdiff_t sb, float* c,
-          std::ptrdiff_t sc, std::size_t n) noexcept {
-    for (std::size_t k = 0; k < n; ++k, a += sa, b += sb, c += sc)
-        *c = *a + *b;
-}
-
 void copyFinite(const float* a, float* c, std::size_t n) noexcept {
     kernels().level.copyFinite(a, c, n);
 }
@@ -57,10 +45,6 @@ Levels levels(const float* a, std::size_t n) noexcept {
 
 float maxmgv(const float* a, std::size_t n) noexcept {
     return levels(a, n).peak;
-}
-
-float rmsqv(const float* a, std::size_t n) noexcept {
-    return levels(a, n).rms;
 }
 
 } // namespace orvanta::vDSP

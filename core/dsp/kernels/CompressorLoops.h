@@ -2,6 +2,7 @@
 
 #include "core/dsp/kernels/CompressorKernels.h"
 #include "core/dsp/kernels/CrossoverLoops.h"
+#include "core/dsp/kernels/Finite.h"
 #include "core/dsp/kernels/LaneGroup.h"
 
 namespace orvanta {
@@ -23,8 +24,7 @@ struct EnvelopeLanes {
 /// Both possible next values are computed and one is chosen: the comparison and the sums then take
 /// their time at once, and each result has the bits that it would have alone.
 ORVANTA_INLINE Float4 followed(EnvelopeLanes& lanes, Float4 sample) noexcept {
-    const auto magnitude = bitCast<Float4>(bitCast<Int4>(sample) & 0x7fffffff);
-    const Float4 value = lanes.isRMS ? sample * sample : magnitude;
+    const Float4 value = lanes.isRMS ? sample * sample : magnitudes(sample);
     const Float4 rising = lanes.attack * lanes.state + lanes.attackRest * value;
     const Float4 falling = lanes.release * lanes.state + lanes.releaseRest * value;
     lanes.state = lanes.state < value ? rising : falling;

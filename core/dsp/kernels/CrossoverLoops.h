@@ -249,7 +249,7 @@ private:
     Memory memory_;
 };
 
-double filtered(const CrossoverRow& row, SectionState& state, double x) noexcept {
+double throughSection(const CrossoverRow& row, SectionState& state, double x) noexcept {
     const double y =
         row.b0 * x + row.b1 * state.x1 + row.b2 * state.x2 - row.a1 * state.y1 - row.a2 * state.y2;
     state = {x, state.x1, y, state.y1};
@@ -257,8 +257,8 @@ double filtered(const CrossoverRow& row, SectionState& state, double x) noexcept
 }
 
 float filteredTwice(const CrossoverRow& row, SectionState (&states)[2], float x) noexcept {
-    const auto between = static_cast<float>(filtered(row, states[0], static_cast<double>(x)));
-    return static_cast<float>(filtered(row, states[1], static_cast<double>(between)));
+    const auto between = static_cast<float>(throughSection(row, states[0], static_cast<double>(x)));
+    return static_cast<float>(throughSection(row, states[1], static_cast<double>(between)));
 }
 
 /// One sample after the other, for a few of them.

@@ -5,7 +5,7 @@
 namespace orvanta {
 
 /// The most filters that a cascade can have.
-constexpr std::size_t kMostCascadedBands = 10;
+inline constexpr std::size_t kMostCascadedBands = 10;
 
 /// y = ((x·b0 + x1·b1) + x2·b2) - y1·a1 - y2·a2, from left to right, every step rounded.
 struct EQRow {

@@ -66,20 +66,20 @@ ORVANTA_INLINE Lanes<float, 8> movedUp(Lanes<float, 8> in, Lanes<float, 8> y) no
 #endif
 
 /// A vector's lanes, four at a time.
-ORVANTA_INLINE Lanes<float, 4> joined(const Float4 (&quads)[1]) noexcept {
+ORVANTA_INLINE Lanes<float, 4> fromQuads(const Float4 (&quads)[1]) noexcept {
     return quads[0];
 }
 
-ORVANTA_INLINE void split(Lanes<float, 4> vector, Float4 (&quads)[1]) noexcept {
+ORVANTA_INLINE void toQuads(Lanes<float, 4> vector, Float4 (&quads)[1]) noexcept {
     quads[0] = vector;
 }
 
 #if defined(__AVX2__)
-ORVANTA_INLINE Lanes<float, 8> joined(const Float4 (&quads)[2]) noexcept {
+ORVANTA_INLINE Lanes<float, 8> fromQuads(const Float4 (&quads)[2]) noexcept {
     return __builtin_shufflevector(quads[0], quads[1], 0, 1, 2, 3, 4, 5, 6, 7);
 }
 
-ORVANTA_INLINE void split(Lanes<float, 8> vector, Float4 (&quads)[2]) noexcept {
+ORVANTA_INLINE void toQuads(Lanes<float, 8> vector, Float4 (&quads)[2]) noexcept {
     quads[0] = __builtin_shufflevector(vector, vector, 0, 1, 2, 3);
     quads[1] = __builtin_shufflevector(vector, vector, 4, 5, 6, 7);
 }
@@ -148,7 +148,7 @@ private:
                 quads[field][quad] = records[field];
         }
         for (std::size_t field = 0; field < 4; ++field)
-            fields[field] = joined(quads[field]);
+            fields[field] = fromQuads(quads[field]);
     }
 
     /// The other way round.
@@ -157,7 +157,7 @@ private:
                                        RecordOf recordOf) noexcept {
         Float4 quads[4][lanes / 4];
         for (std::size_t field = 0; field < 4; ++field)
-            split(fields[field], quads[field]);
+            toQuads(fields[field], quads[field]);
         for (std::size_t quad = 0; quad < lanes / 4; ++quad) {
             Float4 records[4];
             for (std::size_t field = 0; field < 4; ++field)

@@ -14,7 +14,8 @@
 /// inside its object file: everything here and in the kernels is in an unnamed namespace, and
 /// nothing there calls an inline function of another header, of the language's library neither. Of
 /// a function with external linkage the linker keeps one copy, and it might be the one that the
-/// running processor cannot execute.
+/// running processor cannot execute. (The compiler's own intrinsics and memcpy of a constant length
+/// become instructions and leave no symbol.)
 ///
 /// Plain operators compute per lane exactly what they compute on single numbers.
 namespace orvanta {

@@ -55,6 +55,20 @@ void expectEqualToThePlainOne(const Stereo& audio, float width) {
     }
 }
 
+TEST(StereoWidener, RoundsEveryProductBeforeTheSum) {
+    // A fused operation would keep in the sum what a product's rounding loses, on processors that
+    // have one.
+    const Stereo audio = Stereo::noise(500, 3);
+    for (const Kernels* const set : everyKernels()) {
+        const Stereo wide = widened(audio, 1.6F, *set);
+        for (std::size_t k = 0; k < audio.left.size(); ++k) {
+            const volatile float same = audio.left[k] * (0.5F + 1.6F * 0.5F);
+            const volatile float cross = audio.right[k] * (0.5F - 1.6F * 0.5F);
+            ASSERT_EQ(wide.left[k], cross + same) << k;
+        }
+    }
+}
+
 TEST(StereoWidener, ComputesTheBitsOfThePlainPassesInEveryInstructionSetAndBothLayouts) {
     for (const std::size_t length : blockLengths())
         for (const float width : {0.0F, 0.3F, 1.02F, 1.7F, 2.5F})

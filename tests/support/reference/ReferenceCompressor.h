@@ -20,7 +20,7 @@ struct LibraryPowers {
     static float exp2(float x) { return std::exp2(x); }
 };
 
-/// The published approximations.
+/// Those of the fast version, whose distance from the C library's has tests of its own.
 struct ApproximatePowers {
     static float log2(float x) { return log2Of(x); }
 
