@@ -30,3 +30,7 @@ if(ORVANTA_SANITIZERS)
     # GCC 12 warns falsely of null once the sanitizers' own checks are in the code.
     target_compile_options(orvanta_build_flags INTERFACE -Wno-null-dereference)
 endif()
+if(ORVANTA_FUZZERS)
+    # The fuzzer follows the code under test, not only its own target.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
