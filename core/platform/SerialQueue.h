@@ -16,6 +16,10 @@ public:
     /// Reverse-domain name, shown by debuggers.
     [[nodiscard]] virtual const std::string& label() const = 0;
     [[nodiscard]] virtual QualityOfService qualityOfService() const = 0;
+
+    /// Posts `task` and returns when it has run, and with it all that was due before. Not from a
+    /// task of this queue.
+    virtual void postAndWait(Task task) = 0;
 };
 
 /// Makes the serial queues of a program: threads in the product, virtual time in tests.

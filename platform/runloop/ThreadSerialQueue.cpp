@@ -3,6 +3,7 @@
 #include "platform/runloop/ThreadTaskLoop.h"
 #include "platform/runloop/WorkerThread.h"
 
+#include <future>
 #include <utility>
 
 namespace orvanta {
@@ -16,14 +17,7 @@ std::string lastPart(const std::string& label) {
 } // namespace
 
 ThreadSerialQueue::ThreadSerialQueue(std::string label, QualityOfService quality)
-    : label_(std::move(label)),
-      quality_(quality),
-      loop_(std::make_shared<ThreadTaskLoop>()),
-      thread_([loop = loop_, name = lastPart(label_), quality] {
-          nameThisThread(name);
-          applyToThisThread(quality);
-          loop->run();
-      }) {}
+    : label_(std::move(label)), quality_(quality), loop_(std::make_shared<ThreadTaskLoop>()) {}
 
 ThreadSerialQueue::~ThreadSerialQueue() {
     loop_->schedule().close();
@@ -31,20 +25,40 @@ ThreadSerialQueue::~ThreadSerialQueue() {
     endThread(thread_);
 }
 
+TaskSchedule& ThreadSerialQueue::startedSchedule() {
+    std::call_once(started_, [this] {
+        thread_ = std::thread([loop = loop_, name = lastPart(label_), quality = quality_] {
+            nameThisThread(name);
+            applyToThisThread(quality);
+            loop->run();
+        });
+    });
+    return loop_->schedule();
+}
+
 void ThreadSerialQueue::post(Task task) {
-    loop_->schedule().post(std::move(task));
+    startedSchedule().post(std::move(task));
 }
 
 void ThreadSerialQueue::postAfter(Seconds delay, Task task) {
-    loop_->schedule().postAfter(delay, std::move(task));
+    startedSchedule().postAfter(delay, std::move(task));
 }
 
 std::unique_ptr<RepeatingTimer> ThreadSerialQueue::repeat(Seconds interval, Task task) {
-    return loop_->schedule().repeat(interval, std::move(task));
+    return startedSchedule().repeat(interval, std::move(task));
 }
 
 Seconds ThreadSerialQueue::now() const {
     return inSeconds(loop_->schedule().now());
+}
+
+void ThreadSerialQueue::postAndWait(Task task) {
+    std::promise<void> ran;
+    post([&task, &ran] {
+        task();
+        ran.set_value();
+    });
+    ran.get_future().wait();
 }
 
 std::unique_ptr<SerialQueue> ThreadSerialQueues::make(std::string label, QualityOfService quality) {

@@ -31,6 +31,16 @@ Seconds VirtualSerialQueue::now() const {
     return inSeconds(schedule_->now());
 }
 
+void VirtualSerialQueue::postAndWait(Task task) {
+    bool hasRun = false;
+    schedule_->post([&task, &hasRun] {
+        task();
+        hasRun = true;
+    });
+    while (!hasRun && schedule_->runFirst(schedule_->now())) {
+    }
+}
+
 VirtualSerialQueues::VirtualSerialQueues(const VirtualRunLoop& runLoop)
     : timeline_(runLoop.timeline()) {}
 

@@ -25,6 +25,8 @@ public:
     void postAfter(Seconds delay, Task task) override;
     [[nodiscard]] std::unique_ptr<RepeatingTimer> repeat(Seconds interval, Task task) override;
     [[nodiscard]] Seconds now() const override;
+    /// Runs what is due on this queue at once, on the caller's thread.
+    void postAndWait(Task task) override;
 
     [[nodiscard]] const std::string& label() const override { return label_; }
 

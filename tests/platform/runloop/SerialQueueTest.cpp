@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <filesystem>
 #include <future>
+#include <iterator>
 #include <memory>
 #include <sys/resource.h>
 #include <thread>
@@ -51,6 +53,25 @@ TEST_F(ThreadSerialQueueTest, RunsItsTasksInOrderOnOneThreadOfItsOwn) {
         ASSERT_EQ(result[static_cast<std::size_t>(number)], number);
     EXPECT_TRUE(isSameThread);
     EXPECT_NE(thread, std::this_thread::get_id());
+}
+
+TEST_F(ThreadSerialQueueTest, WaitsForATaskAndAllThatWasPostedBefore) {
+    const auto queue = queues_.make("work", QualityOfService::standard);
+    std::vector<int> ran;
+    for (int number = 0; number < 3; ++number)
+        queue->post([&, number] { ran.push_back(number); });
+    queue->postAndWait([&] { ran.push_back(3); });
+    EXPECT_EQ(ran, (std::vector<int>{0, 1, 2, 3}));
+}
+
+TEST_F(ThreadSerialQueueTest, HasNoThreadUntilItHasATask) {
+    const auto count = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    };
+    const auto before = count();
+    const auto queue = queues_.make("work", QualityOfService::standard);
+    EXPECT_EQ(count(), before);
+    queue->postAndWait([&] { EXPECT_EQ(count(), before + 1); });
 }
 
 TEST_F(ThreadSerialQueueTest, NamesItsThreadAfterTheLastPartOfTheLabel) {

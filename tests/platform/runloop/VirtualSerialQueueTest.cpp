@@ -62,6 +62,17 @@ TEST_F(VirtualSerialQueueTest, CarriesWorkThereAndBackWithoutTimePassing) {
     EXPECT_EQ(loop_.now(), 0s);
 }
 
+TEST_F(VirtualSerialQueueTest, RunsWhatIsDueAtOnceWhenItIsWaitedFor) {
+    const auto queue = queues_.make("queue", QualityOfService::standard);
+    queue->post(note("due"));
+    queue->postAfter(1s, note("later"));
+    queue->postAndWait(note("waited for"));
+    queue->post(note("after"));
+    EXPECT_EQ(ran_, Names({"due", "waited for"}));
+    loop_.advance(1s);
+    EXPECT_EQ(ran_, Names({"due", "waited for", "after", "later"}));
+}
+
 TEST_F(VirtualSerialQueueTest, DropsItsOwnTasksOnlyWhenItEnds) {
     auto ended = queues_.make("ended", QualityOfService::standard);
     ended->post(note("dropped"));
