@@ -15,17 +15,16 @@ namespace {
 class PipeWireSystem final : public AudioSystem {
 public:
     explicit PipeWireSystem(SystemLog& log)
-        : log_(log),
+        : AudioSystem(log),
           hardware_(PipeWireOptions{.remoteName = "", .applicationName = "AudioMixerCLI"}, log) {}
 
     [[nodiscard]] Platform platform() override {
-        return {hardware_, processTable_, workspace_, log_};
+        return platformWith(hardware_, processTable_, workspace_);
     }
 
     [[nodiscard]] bool isReachable() override { return hardware_.isServerReachable(); }
 
 private:
-    SystemLog& log_;
     ProcProcessTable processTable_;
     NoWorkspace workspace_;
     PipeWireAudioHardware hardware_;
@@ -37,7 +36,7 @@ constexpr std::size_t kJournalLimit = 100;
 /// Two programs that play on one device, in real time.
 class EmbeddedSystem final : public AudioSystem {
 public:
-    explicit EmbeddedSystem(SystemLog& log) : log_(log) {
+    explicit EmbeddedSystem(SystemLog& log) : AudioSystem(log) {
         server_.addDevice(
             {.uid = "embedded-speakers", .name = "Embedded Speakers", .keepsPlayed = false});
         server_.addProgram({.pid = 101,
@@ -52,13 +51,12 @@ public:
     }
 
     [[nodiscard]] Platform platform() override {
-        return {server_, processTable_, workspace_, log_};
+        return platformWith(server_, processTable_, workspace_);
     }
 
     [[nodiscard]] bool isReachable() override { return true; }
 
 private:
-    SystemLog& log_;
     EmbeddedAudioServer server_{{.journalLimit = kJournalLimit}};
     EmbeddedProcessTable processTable_{server_};
     EmbeddedWorkspace workspace_{server_};

@@ -2,15 +2,21 @@
 
 #include "cli/Options.h"
 #include "core/platform/Platform.h"
+#include "platform/media/MediaFileWriter.h"
+#include "platform/runloop/SystemWallClock.h"
+#include "platform/runloop/ThreadSerialQueue.h"
 
 #include <memory>
 
 namespace orvanta::cli {
 
-/// One audio server with the process table and workspace that go with it.
+/// One audio server with the process table and workspace that go with it, and all else the core
+/// asks of the world.
 class AudioSystem {
 public:
-    AudioSystem() = default;
+    /// `log` must outlive it.
+    explicit AudioSystem(SystemLog& log) : log_(log) {}
+
     AudioSystem(const AudioSystem&) = delete;
     AudioSystem& operator=(const AudioSystem&) = delete;
     virtual ~AudioSystem() = default;
@@ -18,6 +24,18 @@ public:
     [[nodiscard]] virtual Platform platform() = 0;
     /// Waits a moment for the server's first answer.
     [[nodiscard]] virtual bool isReachable() = 0;
+
+protected:
+    [[nodiscard]] Platform platformWith(AudioHardware& hardware, ProcessTable& processes,
+                                        Workspace& workspace) {
+        return {hardware, processes, workspace, log_, serialQueues_, wallClock_, audioFiles_};
+    }
+
+private:
+    SystemLog& log_;
+    ThreadSerialQueues serialQueues_;
+    SystemWallClock wallClock_;
+    MediaFileWriter audioFiles_;
 };
 
 std::unique_ptr<AudioSystem> openAudioSystem(Server server, SystemLog& log);

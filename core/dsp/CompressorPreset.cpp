@@ -1,8 +1,9 @@
 #include "core/dsp/CompressorPreset.h"
 
+#include "core/persistence/coding/RawValues.h"
+
 #include <algorithm>
 #include <array>
-#include <string>
 
 namespace orvanta {
 namespace {
@@ -14,6 +15,7 @@ struct Row {
 
 constexpr auto peak = DetectionMode::peak;
 constexpr auto rms = DetectionMode::rms;
+constexpr std::array kDetectionModes{peak, rms};
 
 // threshold dBFS, ratio, attack ms, release ms, makeup dB, look-ahead ms, detector, automatic
 // makeup
@@ -84,11 +86,7 @@ std::string_view rawValue(DetectionMode mode) noexcept {
 }
 
 std::optional<DetectionMode> detectionModeFrom(std::string_view rawValue) noexcept {
-    for (const DetectionMode mode : {DetectionMode::peak, DetectionMode::rms}) {
-        if (rawValue == orvanta::rawValue(mode))
-            return mode;
-    }
-    return std::nullopt;
+    return coding::fromRawValue<DetectionMode>(kDetectionModes, rawValue);
 }
 
 bool isCompressorOff(std::span<const CompressorBandSettings> bands) noexcept {
@@ -110,10 +108,7 @@ void to_json(coding::JSON& json, DetectionMode mode) {
 }
 
 void from_json(const coding::JSON& json, DetectionMode& mode) {
-    const auto known = detectionModeFrom(coding::decodedString(json));
-    if (!known)
-        throw coding::CodingError("no detection mode: " + json.dump());
-    mode = *known;
+    mode = coding::decodedRawValue<DetectionMode>(kDetectionModes, json, "detection mode");
 }
 
 void to_json(coding::JSON& json, const CompressorBandSettings& settings) {

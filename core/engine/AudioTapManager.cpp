@@ -11,7 +11,8 @@
 namespace orvanta {
 
 AudioTapManager::AudioTapManager(const Platform& platform)
-    : hardware_(platform.audioHardware),
+    : platform_(platform),
+      hardware_(platform.audioHardware),
       logger_(platform.systemLog, "tapManager"),
       firstCallbackLog_(logger_),
       discovery_(platform),
@@ -39,6 +40,7 @@ bool AudioTapManager::createTap(std::int32_t pid, std::optional<AudioObjectID> a
     activeTaps_[pid] = state;
     readTapFormat(*state);
     logStreamCounts(state->mixDeviceID);
+    makeRecorders(*state);
     state->callbackID = startIOProc(state);
     if (!state->callbackID) {
         hardware_.destroyAggregateDevice(state->mixDeviceID);

@@ -7,6 +7,7 @@
 #include "core/platform/Platform.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -34,6 +35,14 @@ struct TapDiagnostics {
     float outPeakPre = 0;       ///< always 0
 
     friend bool operator==(const TapDiagnostics&, const TapDiagnostics&) = default;
+};
+
+/// The files of a recording; none for a side that is not recorded.
+struct RecordingFiles {
+    std::optional<std::filesystem::path> wet; ///< what the device gets
+    std::optional<std::filesystem::path> dry; ///< what the program gives
+
+    friend bool operator==(const RecordingFiles&, const RecordingFiles&) = default;
 };
 
 /// Owns every tap: its system objects, its state, its processors. Operations may be called from any
@@ -96,6 +105,17 @@ public:
     /// A present 0.0, unlike its neighbours, where there is no crossfeed or no tap.
     [[nodiscard]] std::optional<float> getCrossfeed(std::int32_t pid) const;
 
+    /// Begins the files that `mode` asks for. In mode `both` they are named after the side.
+    RecordingFiles startRecording(std::int32_t pid, const std::string& appName,
+                                  RecordingFormat format, const std::filesystem::path& directory,
+                                  RecordingMode mode);
+    /// Ends what is recorded. The files are complete a moment later.
+    RecordingFiles stopRecording(std::int32_t pid);
+    /// Of the processed side alone: false also while only the original is recorded.
+    [[nodiscard]] bool isRecording(std::int32_t pid) const;
+    /// Seconds; of the processed side alone.
+    [[nodiscard]] double recordingDuration(std::int32_t pid) const;
+
     [[nodiscard]] std::optional<std::string> getOutputDeviceUID(std::int32_t pid) const;
     [[nodiscard]] std::optional<AudioLevel> getAudioLevel(std::int32_t pid) const;
     [[nodiscard]] std::uint64_t getCallbackCount(std::int32_t pid) const;
@@ -115,6 +135,7 @@ private:
     std::optional<AudioObjectID> findProcessObject(std::int32_t pid) const;
     std::shared_ptr<TapState> buildTap(std::int32_t pid, AudioObjectID processObject);
     void readTapFormat(TapState& state);
+    void makeRecorders(TapState& state);
     std::optional<AggregateBuild> createAggregateDevice(const std::string& tapUUID,
                                                         std::int32_t pid,
                                                         const std::optional<std::string>& uid);
@@ -136,6 +157,7 @@ private:
     /// Null for an unknown process.
     [[nodiscard]] TapState* find(std::int32_t pid) const;
 
+    const Platform platform_;
     AudioHardware& hardware_;
     const Logger logger_;
     FirstCallbackLog firstCallbackLog_;

@@ -15,7 +15,7 @@ TapState::TapState(std::int32_t ownerPID, AudioObjectID processObject, AudioObje
       firstCallbackLog(log) {}
 
 bool TapState::isAtRest() const noexcept {
-    if (peakLevel.load() != 0.0F || rmsLevel.load() != 0.0F ||
+    if (isRecording() || peakLevel.load() != 0.0F || rmsLevel.load() != 0.0F ||
         silentCallbackCount.load() < kSilentCallbacksBeforeBypass)
         return false;
     if (!noiseGateEnabled.load())
@@ -24,6 +24,10 @@ bool TapState::isAtRest() const noexcept {
     const bool silenceOpensIt = noiseGateThresholdLinear.load() < FLT_MIN;
     return silenceOpensIt ? gateFadeGain.load() >= 1.0F
                           : !gateOpen.load() && gateFadeGain.load() <= 0.0F;
+}
+
+bool TapState::isRecording() const noexcept {
+    return (recorder && recorder->isRecording()) || (dryRecorder && dryRecorder->isRecording());
 }
 
 } // namespace orvanta

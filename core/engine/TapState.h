@@ -10,6 +10,8 @@
 #include "core/engine/ProcessorRef.h"
 #include "core/platform/AudioHardware.h"
 #include "core/platform/Cell.h"
+#include "core/recording/AudioRecorder.h"
+#include "core/recording/RecordingMode.h"
 
 #include <cstdint>
 #include <memory>
@@ -31,10 +33,12 @@ struct TapState {
     TapState(std::int32_t pid, AudioObjectID audioObjectID, AudioObjectID tapID,
              std::string tapUUID, AudioObjectID mixDeviceID, FirstCallbackLog& log);
 
-    /// True when silent cycles would change nothing that can be seen or heard any more: the
-    /// published levels have reached 0, the costly stages are passed over, and the gate stands
-    /// where silence leaves it.
+    /// True when silent cycles would change nothing that can be seen, heard or recorded any more:
+    /// the published levels have reached 0, the costly stages are passed over, the gate stands
+    /// where silence leaves it, and no recording needs its silence.
     [[nodiscard]] bool isAtRest() const noexcept;
+
+    [[nodiscard]] bool isRecording() const noexcept;
 
     const std::int32_t pid;
     const AudioObjectID audioObjectID; ///< the process object
@@ -56,6 +60,9 @@ struct TapState {
     Cell<float> stereoWidth{1.0F};                          ///< 0.0 mono, 1.0 unchanged, to 2.5
     Cell<bool> limiterEnabled{false};                       ///< the limiter runs only when true
     Cell<bool> normalizationEnabled{false};                 ///< the normaliser runs only when true
+    std::unique_ptr<AudioRecorder> recorder;    ///< what the device gets; made before the IOProc
+    std::unique_ptr<AudioRecorder> dryRecorder; ///< what the program gives; the same
+    RecordingMode recordingMode = RecordingMode::processed; ///< of the recording that runs
     AudioObjectID btOutputDeviceID = kAudioObjectUnknown;   ///< device of a decoupled route, or 0
     std::unique_ptr<AudioCallbackRef> callbackRef;          ///< cell of the installed IOProc
 

@@ -62,6 +62,24 @@ void reportFirstCallback(const Cycle& cycle) noexcept {
     cycle.state.firstCallbackLog.post(record);
 }
 
+/// A lone buffer goes to the recorder as it is, several go as the channels of one block.
+void record(AudioRecorder* recorder, std::span<const AudioBuffer> buffers) noexcept {
+    if (recorder == nullptr || !recorder->isRecording())
+        return;
+    if (buffers.size() == 1 && buffers[0].mData != nullptr) {
+        const auto samples = static_cast<std::int64_t>(buffers[0].sampleCount());
+        const auto channels = static_cast<std::int64_t>(buffers[0].mNumberChannels);
+        const std::int64_t frames = samples / std::max(channels, std::int64_t{1});
+        recorder->writeInterleavedSamples(buffers[0].samples(), frames, channels);
+        return;
+    }
+    for (std::size_t index = 0; index < buffers.size(); ++index)
+        if (buffers[index].mData != nullptr)
+            recorder->writeSamples(buffers[index].samples(),
+                                   static_cast<std::int64_t>(buffers[index].sampleCount()),
+                                   static_cast<std::int64_t>(index));
+}
+
 /// What goes through the chain together: one output buffer, or the first two when nothing keeps
 /// them from going side by side, which costs the processors half as much. Either way every sample
 /// and every published value is as if the buffers had gone one after the other.
@@ -301,12 +319,14 @@ void clearSpareOutputs(const Cycle& cycle) noexcept {
 
 void render(const Cycle& cycle) noexcept {
     reportFirstCallback(cycle);
+    record(cycle.state.dryRecorder.get(), cycle.in);
     if (!cycle.out.empty())
         cycle.state.diagOutBufSamples.store(static_cast<std::int64_t>(cycle.out[0].sampleCount()));
     renderBuffers(cycle);
     runStereoStage(cycle);
     updateCounters(cycle);
     meterAndGate(cycle);
+    record(cycle.state.recorder.get(), cycle.out.first(cycle.pairCount));
     clearSpareOutputs(cycle);
 }
 

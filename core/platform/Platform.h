@@ -1,8 +1,11 @@
 #pragma once
 
+#include "core/platform/AudioFileWriter.h"
 #include "core/platform/AudioHardware.h"
 #include "core/platform/ProcessTable.h"
+#include "core/platform/SerialQueue.h"
 #include "core/platform/SystemLog.h"
+#include "core/platform/WallClock.h"
 #include "core/platform/Workspace.h"
 
 namespace orvanta {
@@ -14,6 +17,9 @@ struct Platform {
     ProcessTable& processTable;
     Workspace& workspace;
     SystemLog& systemLog;
+    SerialQueues& serialQueues;
+    WallClock& wallClock;
+    AudioFileWriter& audioFileWriter;
 };
 
 } // namespace orvanta

@@ -15,7 +15,7 @@ EngineRig::EngineRig(const embedded::ServerSettings& settings,
       speakers(server.addDevice(speakersSettings)),
       program(
           server.addProgram({.pid = pid, .name = "Player", .source = embedded::constant(0.5F)})),
-      manager(std::make_unique<AudioTapManager>(Platform{server, processTable, workspace, log})) {
+      manager(std::make_unique<AudioTapManager>(platformWith(server))) {
     processTable.names[pid] = "player";
     server.journal().clear();
 }

@@ -2,8 +2,7 @@
 
 #include "core/engine/AudioTapManager.h"
 #include "platform/embedded/EmbeddedAudioServer.h"
-#include "tests/support/RecordingLog.h"
-#include "tests/support/ScriptedProcesses.h"
+#include "tests/support/PlatformFakes.h"
 
 #include <memory>
 
@@ -25,7 +24,7 @@ public:
 
 /// A tap manager on an embedded audio server in virtual time, with a stereo device "speakers" and a
 /// program that plays a constant 0.5.
-class EngineRig {
+class EngineRig : public PlatformFakes {
 public:
     static constexpr std::int32_t pid = 100;
     static constexpr std::uint32_t frames = 512;
@@ -36,9 +35,6 @@ public:
     static embedded::DeviceSettings speakersByDefault();
 
     WatchedServer server;
-    ScriptedProcessTable processTable;
-    ScriptedWorkspace workspace;
-    RecordingLog log;
     AudioObjectID speakers;
     AudioObjectID program;
     std::unique_ptr<AudioTapManager> manager;

@@ -1,8 +1,7 @@
 #include "core/discovery/AudioProcessDiscovery.h"
 
 #include "platform/embedded/EmbeddedAudioServer.h"
-#include "tests/support/RecordingLog.h"
-#include "tests/support/ScriptedProcesses.h"
+#include "tests/support/PlatformFakes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,10 +32,10 @@ protected:
     }
 
     EmbeddedAudioServer server;
-    ScriptedProcessTable processes;
-    ScriptedWorkspace workspace;
-    RecordingLog log;
-    AudioProcessDiscovery discovery{Platform{server, processes, workspace, log}};
+    PlatformFakes fakes;
+    ScriptedProcessTable& processes = fakes.processTable;
+    ScriptedWorkspace& workspace = fakes.workspace;
+    AudioProcessDiscovery discovery{fakes.platformWith(server)};
 };
 
 TEST_F(Discovery, WithoutAudioProcessesTheListIsEmpty) {

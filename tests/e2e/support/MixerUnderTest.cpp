@@ -18,7 +18,9 @@ constexpr Seconds bound{10};
 } // namespace
 
 MixerUnderTest::MixerUnderTest()
-    : hardware_({}, log_), manager_({hardware_, processTable_, workspace_, log_}) {
+    : hardware_({}, log_),
+      manager_(
+          {hardware_, processTable_, workspace_, log_, serialQueues_, wallClock_, audioFiles_}) {
     if (!eventually(bound, [this] { return hardware_.isServerReachable(); }))
         throw std::runtime_error("no server answers the mixer" + logText());
 }

@@ -3,7 +3,10 @@
 #include "core/engine/AudioTapManager.h"
 #include "platform/linux/NoWorkspace.h"
 #include "platform/linux/ProcProcessTable.h"
+#include "platform/media/MediaFileWriter.h"
 #include "platform/pipewire/PipeWireAudioHardware.h"
+#include "platform/runloop/SystemWallClock.h"
+#include "platform/runloop/ThreadSerialQueue.h"
 #include "tests/e2e/support/Waiting.h"
 #include "tests/support/RecordingLog.h"
 
@@ -42,6 +45,9 @@ private:
     PipeWireAudioHardware hardware_;
     ProcProcessTable processTable_;
     NoWorkspace workspace_;
+    ThreadSerialQueues serialQueues_;
+    SystemWallClock wallClock_;
+    MediaFileWriter audioFiles_;
     AudioTapManager manager_;
 };
 

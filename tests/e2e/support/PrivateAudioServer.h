@@ -2,7 +2,7 @@
 
 #include "tests/e2e/support/ChildProcess.h"
 #include "tests/e2e/support/ScopedEnvironment.h"
-#include "tests/e2e/support/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "tests/e2e/support/WavFile.h"
 
 #include "tests/e2e/support/NoiseSignal.h"
-#include "tests/e2e/support/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/JournalLog.h"
 
 #include "tests/platform/linux/Pipe.h"
-#include "tests/platform/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -87,7 +87,7 @@ protected:
         return datagram ? parsed(*datagram) : Fields{};
     }
 
-    TemporaryFolder folder_;
+    TemporaryDirectory folder_;
     std::string path_ = (folder_.path() / "socket").string();
     Pipe standardError_;
     JournalLog log_{"mixer", path_, standardError_.input()};

@@ -1,6 +1,6 @@
 #include "platform/linux/ProcProcessTable.h"
 
-#include "tests/platform/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -102,7 +102,7 @@ protected:
         return table_.name(kPID);
     }
 
-    TemporaryFolder folder_;
+    TemporaryDirectory folder_;
     ProcProcessTable table_{folder_.path()};
 };
 

@@ -1,4 +1,4 @@
-#include "tests/e2e/support/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string prefix = "orvanta-e2e-";
+const std::string prefix = "orvanta-test-";
 
 bool ownerIsGone(const std::string& directoryName) {
     const int owner = std::atoi(directoryName.c_str() + prefix.size());

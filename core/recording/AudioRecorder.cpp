@@ -1,0 +1,155 @@
+#include "core/recording/AudioRecorder.h"
+
+#include "core/recording/PCMBuffer.h"
+#include "core/recording/RecordingFileName.h"
+
+#include <algorithm>
+#include <cmath>
+#include <system_error>
+#include <utility>
+
+namespace orvanta {
+namespace {
+
+constexpr Seconds kDrainInterval{0.1};
+/// A writer that fell behind catches up by steps of this, so that no tick takes long.
+constexpr std::int64_t kMaximumFramesPerDrain = 24000;
+constexpr int kAACBitRate = 256000;
+
+AudioFileSettings settingsOf(RecordingFormat format, double sampleRate, int channels) {
+    AudioFileSettings settings;
+    settings.sampleRate = sampleRate;
+    settings.channels = channels;
+    if (format == RecordingFormat::m4a) {
+        settings.coding = AudioFileSettings::Coding::aacMPEG4;
+        settings.bitRate = kAACBitRate;
+    }
+    return settings;
+}
+
+} // namespace
+
+AudioRecorder::AudioRecorder(double sampleRate, int channels, const Platform& platform)
+    : recorderLogger_(platform.systemLog, "recorder"),
+      fileWriter_(platform.audioFileWriter),
+      wallClock_(platform.wallClock),
+      sampleRate_(sampleRate),
+      channels_(channels),
+      ring_(channels),
+      writerQueue_(platform.serialQueues.make("com.meridane.orvanta.audiorecorder",
+                                              QualityOfService::utility)) {}
+
+AudioRecorder::~AudioRecorder() {
+    waitForFinalDrain();
+}
+
+std::optional<std::filesystem::path>
+AudioRecorder::startRecording(const std::string& appName, RecordingFormat format,
+                              const std::filesystem::path& directory) {
+    if (state_.load(std::memory_order_relaxed) != State::idle)
+        return std::nullopt;
+    waitForFinalDrain();
+
+    // Where this fails, making the file will, and say why.
+    std::error_code ignored;
+    std::filesystem::create_directories(directory, ignored);
+    const WallTime now = wallClock_.now();
+    const std::filesystem::path path = directory / recordingFileName(appName, now, format);
+    std::unique_ptr<AudioFile> file = createFile(path, format);
+    if (!file)
+        return std::nullopt;
+
+    audioFile_ = std::move(file);
+    ring_.clear();
+    fileURL_ = path;
+    startTime_ = now;
+    startInstant_ = writerQueue_->now();
+    startWriterTimer();
+    state_.store(State::recording, std::memory_order_release);
+    recorderLogger_.info("Recording started: %s", path.filename().c_str());
+    return path;
+}
+
+std::unique_ptr<AudioFile> AudioRecorder::createFile(const std::filesystem::path& path,
+                                                     RecordingFormat format) {
+    if (!std::isfinite(sampleRate_) || sampleRate_ <= 0.0)
+        return nullptr;
+    std::string reason;
+    auto file = fileWriter_.create(path, settingsOf(format, sampleRate_, channels_), reason);
+    if (!file)
+        recorderLogger_.error("Failed to create file: %s", reason.c_str());
+    return file;
+}
+
+void AudioRecorder::startWriterTimer() {
+    writerTimer_ =
+        writerQueue_->repeat(kDrainInterval, [this, file = audioFile_] { drainToFile(*file); });
+}
+
+std::optional<std::filesystem::path> AudioRecorder::stopRecording() {
+    if (state_.load(std::memory_order_relaxed) != State::recording)
+        return std::nullopt;
+    state_.store(State::stopping, std::memory_order_relaxed);
+    writerTimer_.reset();
+    state_.store(State::idle, std::memory_order_release);
+    mayOweFinalDrain_ = true;
+    writerQueue_->post([this, file = std::move(audioFile_)]() mutable {
+        finalDrain(*file);
+        // The last reference: the file is finished before anything else runs on this queue.
+        file.reset();
+    });
+    recorderLogger_.info("Recording stopped: %s", fileURL_->filename().c_str());
+    return fileURL_;
+}
+
+void AudioRecorder::waitForFinalDrain() {
+    if (mayOweFinalDrain_)
+        writerQueue_->postAndWait([] {});
+    mayOweFinalDrain_ = false;
+}
+
+void AudioRecorder::writeSamples(const float* samples, std::int64_t count,
+                                 std::int64_t channel) noexcept {
+    if (isRecording())
+        ring_.writeSamples(samples, count, channel);
+}
+
+void AudioRecorder::writeInterleavedSamples(const float* samples, std::int64_t frameCount,
+                                            std::int64_t channelCount) noexcept {
+    if (isRecording())
+        ring_.writeInterleavedSamples(samples, frameCount * channelCount);
+}
+
+bool AudioRecorder::isRecording() const noexcept {
+    return state_.load(std::memory_order_acquire) == State::recording;
+}
+
+double AudioRecorder::duration() const {
+    return isRecording() ? (writerQueue_->now() - startInstant_).count() : 0.0;
+}
+
+void AudioRecorder::drainToFile(AudioFile& file) {
+    if (const auto reason = drain(file, kMaximumFramesPerDrain))
+        recorderLogger_.error("Write error: %s", reason->c_str());
+}
+
+void AudioRecorder::finalDrain(AudioFile& file) {
+    if (const auto reason = drain(file, SampleRing::bufferCapacity))
+        recorderLogger_.error("Final drain write error: %s", reason->c_str());
+}
+
+std::optional<std::string> AudioRecorder::drain(AudioFile& file, std::int64_t maximumFrames) {
+    const std::int64_t frames = std::min(ring_.usedFrames(), maximumFrames);
+    if (frames < 1)
+        return std::nullopt;
+    auto buffer = PCMBuffer::make(channels_, frames);
+    if (!buffer)
+        return std::nullopt; // the samples wait in the ring for the next tick
+    for (int channel = 0; channel < channels_; ++channel)
+        ring_.copyChannel(channel, frames, buffer->channel(channel));
+    // Before the write: what cannot be written is a gap, not an end.
+    ring_.consume(frames);
+    return file.write(buffer->channels(), static_cast<std::size_t>(frames));
+}
+
+} // namespace orvanta
