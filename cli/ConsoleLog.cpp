@@ -3,7 +3,8 @@
 namespace orvanta::cli {
 
 void ConsoleLog::write(const LogRecord& record) {
-    if (record.level == LogLevel::error && record.category == "tapManager") {
+    const bool isOurs = record.category == "tapManager" || record.category == "recorder";
+    if (record.level == LogLevel::error && isOurs) {
         const std::scoped_lock guard(mutex_);
         lastError_ = record.message;
     }

@@ -7,8 +7,8 @@
 
 namespace orvanta::cli {
 
-/// Remembers the last error of the tap engine, so that a failed command can say in one sentence
-/// what was wrong, and passes everything on to another log where one is given.
+/// Remembers the last error of the tap engine or a recorder, so that a failed command can say in
+/// one sentence what was wrong, and passes everything on to another log where one is given.
 class ConsoleLog final : public SystemLog {
 public:
     /// `next` may be null.

@@ -53,6 +53,32 @@ void addPresetOption(CLI::App& command, const std::string& name, std::optional<P
         ->type_name(fmt::format("{}", fmt::join(names, ", ")));
 }
 
+/// Refers the raw values of an enumeration to its values.
+template <class Enumeration>
+CLI::CheckedTransformer oneOf(std::span<const Enumeration> all) {
+    std::vector<std::pair<std::string, Enumeration>> places;
+    for (const Enumeration each : all)
+        places.emplace_back(rawValue(each), each);
+    return CLI::CheckedTransformer(places, CLI::ignore_case);
+}
+
+void addRecordOptions(CLI::App& command, RecordOptions& record) {
+    CLI::Option* const folder =
+        command.add_option("--record", record.folder, "Record into a new file in this folder")
+            ->type_name("FOLDER");
+    command.add_option("--record-format", record.format, "Kind of file, wav if not said")
+        ->transform(oneOf(allRecordingFormats()))
+        ->needs(folder)
+        ->option_text("wav|m4a");
+    command
+        .add_option("--record-mode", record.mode,
+                    "What the device gets, what the program gives, or a file of each; processed if "
+                    "not said")
+        ->transform(oneOf(allRecordingModes()))
+        ->needs(folder)
+        ->option_text("processed|original|both");
+}
+
 void addTapCommand(CLI::App& app, TapOptions& tap) {
     CLI::App* const command =
         app.add_subcommand("tap", "Tap a process and play it through the render callback");
@@ -82,6 +108,7 @@ void addTapCommand(CLI::App& app, TapOptions& tap) {
         ->check(between(0.0, 2.5));
     command->add_option("--crossfeed", tap.crossfeed, "Crossfeed for headphones, 0 to 1")
         ->check(between(0.0, 1.0));
+    addRecordOptions(*command, tap.record);
     command->add_option("--seconds", tap.seconds, "How long to hold the tap")
         ->capture_default_str()
         ->check(between(0.0, 86400.0));

@@ -3,8 +3,11 @@
 #include "cli/VolumeRide.h"
 #include "core/dsp/CompressorPreset.h"
 #include "core/dsp/EQPreset.h"
+#include "core/recording/RecordingFormat.h"
+#include "core/recording/RecordingMode.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <vector>
 
@@ -12,6 +15,14 @@ namespace orvanta::cli {
 
 enum class Server { pipewire, embedded };
 enum class Command { list, tap };
+
+/// What the `tap` command records.
+struct RecordOptions {
+    /// No recording where there is none.
+    std::optional<std::filesystem::path> folder;
+    RecordingFormat format = RecordingFormat::wav;
+    RecordingMode mode = RecordingMode::processed;
+};
 
 /// Settings of the `tap` command; what is absent stays as a new tap has it.
 struct TapOptions {
@@ -28,6 +39,7 @@ struct TapOptions {
     bool isNormalized = false;
     std::optional<float> stereoWidth;
     std::optional<float> crossfeed;
+    RecordOptions record;
     /// How long to hold the tap.
     double seconds = 10.0;
     /// Time between two lines of levels, seconds.

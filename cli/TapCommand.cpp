@@ -3,6 +3,7 @@
 #include "cli/StatusWords.h"
 #include "cli/StopSignals.h"
 #include "cli/VolumeRide.h"
+#include "core/discovery/AudioProcessDiscovery.h"
 #include "core/engine/AudioTapManager.h"
 
 #include <fmt/format.h>
@@ -21,6 +22,14 @@ using Duration = std::chrono::duration<double>;
 
 /// Seconds between two steps of a riding volume: about as often as a hand on a fader is followed.
 constexpr double kRideStep = 0.02;
+
+/// As the process list has it; empty for a process that is not in it any more.
+std::string nameOf(const Platform& platform, std::int32_t pid) {
+    for (const AudioApp& app : AudioProcessDiscovery(platform).discoverAllAudioProcesses())
+        if (app.pid == pid)
+            return app.name;
+    return {};
+}
 
 std::string decibels(float linear) {
     return linear > 0.0F ? fmt::format("{:6.1f}", 20.0F * std::log10(linear)) : "  -inf";
@@ -50,6 +59,30 @@ void applySettings(AudioTapManager& manager, const TapOptions& options) {
         manager.setMuted(options.pid, true);
 }
 
+/// False, after a sentence on standard error, when a file that was asked for cannot be made.
+bool startRecording(AudioTapManager& manager, const Platform& platform, const TapOptions& options,
+                    const ConsoleLog& log) {
+    const RecordOptions& record = options.record;
+    if (!record.folder)
+        return true;
+    const std::string name = nameOf(platform, options.pid);
+    const RecordingFiles files =
+        manager.startRecording(options.pid, name, record.format, *record.folder, record.mode);
+    const bool isComplete = (files.wet || record.mode == RecordingMode::original) &&
+                            (files.dry || record.mode == RecordingMode::processed);
+    if (!isComplete)
+        fmt::print(stderr, "AudioMixerCLI: cannot record into {}: {}.\n", record.folder->string(),
+                   log.lastError());
+    return isComplete;
+}
+
+void stopRecording(AudioTapManager& manager, std::int32_t pid) {
+    const RecordingFiles files = manager.stopRecording(pid);
+    for (const auto& file : {files.wet, files.dry})
+        if (file)
+            fmt::print("Recorded {}\n", file->string());
+}
+
 /// What the processors that are there do to the level right now.
 std::string gains(const AudioTapManager& manager, std::int32_t pid) {
     std::string text;
@@ -57,6 +90,8 @@ std::string gains(const AudioTapManager& manager, std::int32_t pid) {
         text += fmt::format("  normalisation {:+.1f} dB", *gain);
     if (const auto reduction = manager.getCompressorGainReduction(pid))
         text += fmt::format("  compressor {:.1f} dB", fmt::join(*reduction, "/"));
+    if (manager.isRecording(pid))
+        text += fmt::format("  recording {:.1f} s", manager.recordingDuration(pid));
     return text;
 }
 
@@ -111,6 +146,10 @@ int runTapCommand(const Platform& platform, const TapOptions& options, const Con
         return kExitFailure;
     }
     applySettings(manager, options);
+    if (!startRecording(manager, platform, options, log)) {
+        stopRecording(manager, options.pid);
+        return kExitFailure;
+    }
     fmt::print("Tapped process {} for {} s; Ctrl-C gives it back earlier.\n", options.pid,
                options.seconds);
     std::fflush(stdout);
@@ -118,6 +157,8 @@ int runTapCommand(const Platform& platform, const TapOptions& options, const Con
         return !platform.processTable.name(options.pid);
     };
     holdTap(manager, options, signals, hasEnded);
+    stopRecording(manager, options.pid);
+    // Waits until the files are complete.
     manager.removeTap(options.pid);
     fmt::print("Process {} {}.\n", options.pid,
                hasEnded() ? "has ended" : "plays on its own again");

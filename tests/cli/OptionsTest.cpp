@@ -58,6 +58,20 @@ TEST(CommandLine, ReadsEveryProcessorOfATap) {
     EXPECT_EQ(tap.crossfeed, 0.3F);
 }
 
+TEST(CommandLine, ReadsWhereAndHowToRecord) {
+    const auto record =
+        parse({"tap", "4711", "--record", "/tmp/a folder"}).options.value().tap.record;
+    EXPECT_EQ(record.folder, "/tmp/a folder");
+    EXPECT_EQ(record.format, RecordingFormat::wav);
+    EXPECT_EQ(record.mode, RecordingMode::processed);
+    const auto both =
+        parse({"tap", "4711", "--record", ".", "--record-format", "M4A", "--record-mode", "both"})
+            .options.value()
+            .tap.record;
+    EXPECT_EQ(both.format, RecordingFormat::m4a);
+    EXPECT_EQ(both.mode, RecordingMode::both);
+}
+
 TEST(CommandLine, ReadsTheRideOfAVolume) {
     const auto parsed = parse({"tap", "--ride", "0:1", "--ride", "2.5:0.25", "4711"});
     ASSERT_TRUE(parsed.options);
@@ -78,6 +92,7 @@ TEST(CommandLine, LeavesWhatIsNotGivenToTheTap) {
     EXPECT_FALSE(tap.isNormalized);
     EXPECT_EQ(tap.stereoWidth, std::nullopt);
     EXPECT_EQ(tap.crossfeed, std::nullopt);
+    EXPECT_EQ(tap.record.folder, std::nullopt);
 }
 
 TEST(CommandLine, RefusesWhatMakesNoSense) {
@@ -97,6 +112,10 @@ TEST(CommandLine, RefusesWhatMakesNoSense) {
         {"tap", "1", "--eq", "Loud"},
         {"tap", "1", "--compressor"},
         {"tap", "1", "--width", "3"},
+        {"tap", "1", "--record"},
+        {"tap", "1", "--record-format", "wav"},
+        {"tap", "1", "--record", ".", "--record-format", "flac"},
+        {"tap", "1", "--record", ".", "--record-mode", "wet"},
         {"tap", "1", "--crossfeed", "nan"},
         {"tap", "1", "--interval", "0"},
         {"tap", "1", "--seconds", "nan"},
