@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Shows the engine at work: two real players on two devices of a private audio server, both tapped,
-# their volumes ridden over time, both devices recorded. What came out is measured against what was
-# played and drawn. Needs no sound hardware and touches no audio server but its own.
+# their volumes ridden over time, both devices and both taps recorded. What came out is measured
+# against what was played and drawn. Needs no sound hardware and touches no audio server but its own.
 #
 # usage: demo.sh BUILD_DIRECTORY RESULT_DIRECTORY
 set -euo pipefail
@@ -184,9 +184,12 @@ echo "Playing untapped for $before s, tapped for $tapped s, untapped for $after 
 sleep "$before"
 music_ride=(0:1 2:1 3.5:0.2 5.5:0.2 7:1 8:1 9:2 12:2)
 speech_ride=(0:1 1:1 1:0.5 4:0.5 5:0 7:0 8:1.5 12:1.5)
-tap speakers "$music" --limiter "${music_ride[@]/#/--ride=}"
+rm -rf -- "$results/recordings"
+tap speakers "$music" --limiter --record "$results/recordings" --record-mode both \
+    "${music_ride[@]/#/--ride=}"
 music_tap=${started[-1]}
-tap headphones "$speech" "${speech_ride[@]/#/--ride=}"
+tap headphones "$speech" --record "$results/recordings" --record-format m4a \
+    "${speech_ride[@]/#/--ride=}"
 speech_tap=${started[-1]}
 finish "$music_tap"
 finish "$speech_tap"

@@ -162,6 +162,22 @@ def measure(directory, name, sound, ride):
     }
 
 
+def is_within(part, whole):
+    """Whether the samples of one recording stand in the other, bit by bit."""
+    wanted = part.astype("<f4").tobytes()
+    return whole.astype("<f4").tobytes().find(wanted) >= 0
+
+
+def check_recording(directory, device):
+    """What a tap recorded of its processed side must be what its device played meanwhile."""
+    for file in sorted(directory.glob("recordings/*_processed_*.wav")):
+        rate, recorded = read_wav(file)
+        _, played = read_wav(directory / f"{device}.wav")
+        middle = recorded[rate:-rate]
+        verdict = "is" if is_within(middle, played) else "IS NOT"
+        print(f"\n{file.name}: its middle {len(middle) / rate:.1f} s {verdict} what {device} played")
+
+
 def ride_of(text):
     return [tuple(float(number) for number in point.split(":")) for point in text.split()]
 
@@ -177,10 +193,11 @@ def main(arguments):
         "\nresidual: what else the device played, below the program's level;"
         "\nmoved: how far the program's sound has jumped meanwhile, in frames (48000 a second)"
     )
+    check_recording(directory, devices[0]["name"])
     draw(directory, devices)
     print(f"\nIn {directory}:")
-    for file in sorted(directory.iterdir()):
-        print(f"  {file.name}")
+    for file in sorted(directory.rglob("*.*")):
+        print(f"  {file.relative_to(directory)}")
 
 
 if __name__ == "__main__":
