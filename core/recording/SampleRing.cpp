@@ -13,6 +13,17 @@ std::int64_t countOf(std::uint64_t head) noexcept {
     return static_cast<std::int64_t>(head & kCounterMask);
 }
 
+void scatter(const float* samples, std::int64_t count, float* places,
+             std::int64_t stride) noexcept {
+    for (std::int64_t i = 0; i < count; ++i)
+        places[i * stride] = samples[i];
+}
+
+void gather(const float* places, std::int64_t count, float* samples, std::int64_t stride) noexcept {
+    for (std::int64_t i = 0; i < count; ++i)
+        samples[i] = places[i * stride];
+}
+
 } // namespace
 
 SampleRing::SampleRing(int channels)
@@ -31,8 +42,9 @@ void SampleRing::writeSamples(const float* samples, std::int64_t count,
     if (!block_.fits)
         return;
     const std::int64_t start = countOf(head) + channel;
-    for (std::int64_t i = 0; i < count; ++i)
-        *place(start + i * channels_) = samples[i];
+    const std::int64_t untilEnd = std::min(framesUntilEnd(start), count);
+    scatter(samples, untilEnd, place(start), channels_);
+    scatter(samples + untilEnd, count - untilEnd, place(start + untilEnd * channels_), channels_);
     if (isLast)
         publish(head, total);
 }
@@ -42,15 +54,20 @@ void SampleRing::beginOrContinueBlock(Head head, std::int64_t total,
     const bool begins = block_.channel < 0 || channel <= block_.channel;
     if (begins) {
         block_ = {head, channel, total, hasRoom(head, total)};
-        for (std::int64_t missing = 0; block_.fits && missing < channel; ++missing)
-            for (std::int64_t at = missing; at < total; at += channels_)
-                *place(countOf(head) + at) = 0.0F;
+        if (block_.fits)
+            silence(countOf(head), total, channel);
         return;
     }
     // The first channels of a block from before a clearing are lost, and the rest goes with them.
     if (block_.head != head || (total > block_.total && !hasRoom(head, total)))
         block_.fits = false;
     block_.channel = channel;
+}
+
+void SampleRing::silence(std::int64_t start, std::int64_t total, std::int64_t channels) noexcept {
+    for (std::int64_t channel = 0; channel < channels; ++channel)
+        for (std::int64_t at = channel; at < total; at += channels_)
+            *place(start + at) = 0.0F;
 }
 
 void SampleRing::writeInterleavedSamples(const float* samples, std::int64_t total) noexcept {
@@ -71,8 +88,9 @@ std::int64_t SampleRing::usedFrames() const noexcept {
 
 void SampleRing::copyChannel(int channel, std::int64_t frames, float* samples) const noexcept {
     const std::int64_t start = tail_.load(std::memory_order_relaxed) + channel;
-    for (std::int64_t i = 0; i < frames; ++i)
-        samples[i] = *place(start + i * channels_);
+    const std::int64_t untilEnd = std::min(framesUntilEnd(start), frames);
+    gather(place(start), untilEnd, samples, channels_);
+    gather(place(start + untilEnd * channels_), frames - untilEnd, samples + untilEnd, channels_);
 }
 
 void SampleRing::consume(std::int64_t frames) noexcept {
@@ -94,6 +112,10 @@ bool SampleRing::hasRoom(Head head, std::int64_t total) const noexcept {
 void SampleRing::publish(Head head, std::int64_t total) noexcept {
     const Head next = head + static_cast<Head>(total);
     head_.compare_exchange_strong(head, next, std::memory_order_release, std::memory_order_relaxed);
+}
+
+std::int64_t SampleRing::framesUntilEnd(std::int64_t position) const noexcept {
+    return (bufferCapacity - (position & bufferMask) + channels_ - 1) / channels_;
 }
 
 float* SampleRing::place(std::int64_t position) const noexcept {

@@ -56,7 +56,11 @@ private:
 
     [[nodiscard]] bool hasRoom(Head head, std::int64_t total) const noexcept;
     void beginOrContinueBlock(Head head, std::int64_t total, std::int64_t channel) noexcept;
+    /// Clears the first `channels` channels of a block.
+    void silence(std::int64_t start, std::int64_t total, std::int64_t channels) noexcept;
     void publish(Head head, std::int64_t total) noexcept;
+    /// How many samples of one channel, the one at `position` first, stand before the ring's end.
+    [[nodiscard]] std::int64_t framesUntilEnd(std::int64_t position) const noexcept;
     [[nodiscard]] float* place(std::int64_t position) const noexcept;
 
     const std::int64_t channels_;

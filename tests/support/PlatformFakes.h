@@ -10,7 +10,7 @@
 
 namespace orvanta::test {
 
-/// All that the core asks of the world but sound, in virtual time and without a disk.
+/// All that the core asks of the world but sound, in virtual time and, by default, without a disk.
 struct PlatformFakes {
     ScriptedProcessTable processTable;
     ScriptedWorkspace workspace;
@@ -21,7 +21,12 @@ struct PlatformFakes {
     MemoryAudioFiles audioFiles;
 
     [[nodiscard]] Platform platformWith(AudioHardware& hardware) {
-        return {hardware, processTable, workspace, log, serialQueues, wallClock, audioFiles};
+        return platformWith(hardware, audioFiles);
+    }
+
+    /// With files of another kind.
+    [[nodiscard]] Platform platformWith(AudioHardware& hardware, AudioFileWriter& files) {
+        return {hardware, processTable, workspace, log, serialQueues, wallClock, files};
     }
 };
 

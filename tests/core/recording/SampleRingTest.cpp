@@ -262,8 +262,8 @@ TEST_F(StereoRing, LetsAWriteThatWasClearedAwayInItsMiddlePublishNothing) {
     std::atomic<int> ended = 0;
     std::thread producer([&] {
         for (int round = 1; round <= rounds; ++round) {
-            while (begun.load() < round) {
-            }
+            while (begun.load() < round)
+                std::this_thread::yield();
             ring.writeInterleavedSamples(block.data(), std::ssize(block));
             ended = round;
         }
@@ -275,8 +275,8 @@ TEST_F(StereoRing, LetsAWriteThatWasClearedAwayInItsMiddlePublishNothing) {
         for (volatile int wait = round % 500 * 20; wait > 0;)
             wait = wait - 1;
         ring.clear();
-        while (ended.load() < round) {
-        }
+        while (ended.load() < round)
+            std::this_thread::yield();
         const std::int64_t frames = ring.usedFrames();
         if (frames != 0 && frames != blockFrames) {
             ADD_FAILURE() << frames << " frames, although at most one block came after clearing";
