@@ -1,7 +1,7 @@
 #include "platform/linux/JournalLog.h"
 
 #include "tests/platform/linux/Pipe.h"
-#include "tests/platform/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "platform/linux/ProcProcessTable.h"
 
-#include "tests/platform/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

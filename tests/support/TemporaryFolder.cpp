@@ -1,4 +1,4 @@
-#include "tests/platform/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <cerrno>
 #include <cstdlib>
