@@ -32,7 +32,9 @@ public:
     virtual ~AudioFile() = default;
 
     /// Appends `frames` samples of each channel, one pointer a channel. On failure the reason, in
-    /// words; the file can be written on.
+    /// words: what found no place is missing from the file, always whole frames, and what comes
+    /// later may find one. A coding that gathers samples tells of those it lost with the call that
+    /// could not write them, which may be a later one than the one that brought them.
     virtual std::optional<std::string> write(std::span<const float* const> channels,
                                              std::size_t frames) = 0;
 };
@@ -45,7 +47,8 @@ public:
     AudioFileWriter& operator=(const AudioFileWriter&) = delete;
     virtual ~AudioFileWriter() = default;
 
-    /// Creates a file that must not exist yet. On failure null, and the reason in `outReason`.
+    /// Creates a file that must not exist yet. On failure null, and the reason in `outReason`; then
+    /// there is no new file.
     virtual std::unique_ptr<AudioFile> create(const std::filesystem::path& path,
                                               const AudioFileSettings& settings,
                                               std::string& outReason) = 0;

@@ -30,8 +30,8 @@ Bytes growingBeginning(ByteView beginning, const AVCodecContext& encoder) {
     return writer.written();
 }
 
-/// A box of samples, `size` bytes in all. As long as the shortest "moov" box, and longer than 4 GiB
-/// where it must.
+/// The beginning of a box of samples that takes `size` bytes in all. A "moov" box is never shorter
+/// than this.
 Bytes dataHeader(std::int64_t size) {
     constexpr std::uint32_t kSizeFollows = 1;
     MP4BoxWriter writer;

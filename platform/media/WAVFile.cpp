@@ -67,7 +67,7 @@ std::unique_ptr<WAVFile> WAVFile::create(const std::filesystem::path& path,
                                          const AudioFileSettings& settings,
                                          std::string& outReason) {
     const SF_INFO info = infoFor(settings);
-    if (sf_format_check(&info) == 0) {
+    if (info.samplerate == 0 || sf_format_check(&info) == 0) {
         outReason = fmt::format("A WAV file cannot hold {} channels at {} Hz", settings.channels,
                                 settings.sampleRate);
         return nullptr;
@@ -92,6 +92,8 @@ bool WAVFile::begin(SF_INFO info, std::string& outReason) {
     sound_.reset(sf_open_virtual(&calls, SFM_WRITE, &info, &storage_));
     if (sound_) {
         sf_command(sound_.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
+        // The first one counts the file as it is before it, which is shorter by the header.
+        sf_command(sound_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
         sf_command(sound_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
         // From here on each block's header follows it, and counts what the file holds of it.
         sf_command(sound_.get(), SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);

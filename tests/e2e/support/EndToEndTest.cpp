@@ -1,6 +1,6 @@
 #include "tests/e2e/support/EndToEndTest.h"
 
-#include "tests/e2e/support/WavFile.h"
+#include "tests/support/WavFile.h"
 
 #include <algorithm>
 #include <iostream>

@@ -1,4 +1,4 @@
-#include "tests/e2e/support/WavFile.h"
+#include "tests/support/WavFile.h"
 
 #include <cmath>
 #include <fstream>
