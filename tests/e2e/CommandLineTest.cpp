@@ -1,6 +1,11 @@
 #include "tests/e2e/support/EndToEndTest.h"
+#include "tests/support/FileContent.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/WavReader.h"
 
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 
 namespace orvanta::test {
 
@@ -94,6 +99,37 @@ TEST_F(CommandLine, RunsEveryProcessorWithoutAllocatingOrLockingOnTheAudioThread
     program->signal(SIGINT);
     ASSERT_TRUE(program->waitForExit(Seconds(10)));
     EXPECT_EQ(program->exitCode(), 0);
+    expectOwnSound();
+}
+
+TEST_F(CommandLine, RecordsBothSidesUntilItIsTerminated) {
+    const TemporaryDirectory folder;
+    const auto program = startTap({"--volume", "0.5", "--seconds", "60", "--interval", "0.2",
+                                   "--record", folder.path().string(), "--record-mode", "both"});
+    letTimePass(Seconds(1));
+    program->signal(SIGTERM);
+    ASSERT_TRUE(program->waitForExit(Seconds(10)));
+    EXPECT_EQ(program->exitCode(), 0);
+
+    std::vector<std::vector<float>> sides;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+        sides.push_back(WavReader(entry.path()).samples());
+    ASSERT_EQ(sides.size(), 2U);
+    for (const auto& side : sides)
+        EXPECT_GT(std::ranges::count_if(side, [](float sample) { return sample != 0.0F; }), 48000)
+            << "half a second of stereo at least";
+}
+
+TEST_F(CommandLine, SaysWhyItCannotRecord) {
+    const auto log = server_.directory() / "refused.log";
+    ChildProcess program({.command = {ORVANTA_CLI, "tap", std::to_string(client_.pid()), "--record",
+                                      std::string(ORVANTA_CLI) + "/folder", "--seconds", "60"},
+                          .logFile = log});
+    ASSERT_TRUE(program.waitForExit(Seconds(10)));
+    EXPECT_EQ(program.exitCode(), 1);
+    const std::string said = fileContent(log);
+    EXPECT_NE(said.find("cannot record into"), std::string::npos) << said;
+    EXPECT_NE(said.find("Not a directory"), std::string::npos) << said;
     expectOwnSound();
 }
 
