@@ -17,6 +17,8 @@ namespace {
 int run(const Options& options) {
     // A reader that goes away (… | head) must not take the program down before its tap.
     std::signal(SIGPIPE, SIG_IGN);
+    // Nor must a recording that meets the user's limit on file sizes: its writes fail instead.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Errors are told in a sentence of our own; the log itself is for those who ask for it.
     StandardErrorLog standardError;
     ConsoleLog log(options.isVerbose ? &standardError : nullptr);

@@ -99,11 +99,13 @@ void AudioTapManager::readTapFormat(TapState& state) {
 }
 
 void AudioTapManager::removeTap(std::int32_t pid) {
+    // Goes after the lock: a recorder's end may wait for a disk, and other taps shall not.
+    std::shared_ptr<TapState> state;
     const std::scoped_lock guard(lock_);
     const auto found = activeTaps_.find(pid);
     if (found == activeTaps_.end())
         return;
-    const std::shared_ptr<TapState> state = found->second;
+    state = found->second;
     activeTaps_.erase(found);
     // The tap goes first, while the callback still runs: the process is back on its own path before
     // ours ends.
@@ -152,8 +154,11 @@ void AudioTapManager::stopIOProc(TapState& state) {
         const OSStatus stopped = hardware_.stopDevice(state.mixDeviceID, *state.callbackID);
         const OSStatus destroyed = hardware_.destroyIOProcID(state.mixDeviceID, *state.callbackID);
         state.callbackID.reset();
-        if (stopped != noErr && destroyed != noErr)
+        if (stopped != noErr && destroyed != noErr) {
             unstoppedCells_.push_back(std::move(state.callbackRef));
+            // Nobody could end them any more.
+            stopRecorders(state);
+        }
     }
     state.callbackRef.reset();
 }

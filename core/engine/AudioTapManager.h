@@ -136,6 +136,7 @@ private:
     std::shared_ptr<TapState> buildTap(std::int32_t pid, AudioObjectID processObject);
     void readTapFormat(TapState& state);
     void makeRecorders(TapState& state);
+    static RecordingFiles stopRecorders(TapState& state);
     std::optional<AggregateBuild> createAggregateDevice(const std::string& tapUUID,
                                                         std::int32_t pid,
                                                         const std::optional<std::string>& uid);

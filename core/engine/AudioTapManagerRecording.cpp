@@ -25,16 +25,18 @@ RecordingFiles AudioTapManager::startRecording(std::int32_t pid, const std::stri
     TapState* const state = find(pid);
     if (state == nullptr)
         return {};
-    const bool wasAtRest = state->isAtRest();
+    const auto started = [&](const std::unique_ptr<AudioRecorder>& recorder, const char* suffix) {
+        return recorder ? recorder->startRecording(appName + suffix, format, directory)
+                        : std::nullopt;
+    };
     state->recordingMode = mode;
     RecordingFiles files;
-    if (mode != RecordingMode::original) {
-        const std::string name = mode == RecordingMode::both ? appName + "_processed" : appName;
-        files.wet = state->recorder->startRecording(name, format, directory);
-    }
+    if (mode != RecordingMode::original)
+        files.wet = started(state->recorder, mode == RecordingMode::both ? "_processed" : "");
     if (mode != RecordingMode::processed)
-        files.dry = state->dryRecorder->startRecording(appName + "_original", format, directory);
-    if (wasAtRest)
+        files.dry = started(state->dryRecorder, "_original");
+    // It was at rest before, or came to rest while the files were made.
+    if (state->hasSettled())
         wake(*state);
     return files;
 }
@@ -42,25 +44,30 @@ RecordingFiles AudioTapManager::startRecording(std::int32_t pid, const std::stri
 RecordingFiles AudioTapManager::stopRecording(std::int32_t pid) {
     const std::scoped_lock guard(lock_);
     TapState* const state = find(pid);
-    if (state == nullptr)
-        return {};
+    return state == nullptr ? RecordingFiles{} : stopRecorders(*state);
+}
+
+RecordingFiles AudioTapManager::stopRecorders(TapState& state) {
+    const auto stopped = [](const std::unique_ptr<AudioRecorder>& recorder) {
+        return recorder ? recorder->stopRecording() : std::nullopt;
+    };
     RecordingFiles files;
-    files.wet = state->recorder->stopRecording();
-    files.dry = state->dryRecorder->stopRecording();
-    state->recordingMode = RecordingMode::processed;
+    files.wet = stopped(state.recorder);
+    files.dry = stopped(state.dryRecorder);
+    state.recordingMode = RecordingMode::processed;
     return files;
 }
 
 bool AudioTapManager::isRecording(std::int32_t pid) const {
     const std::scoped_lock guard(lock_);
     const TapState* const state = find(pid);
-    return state != nullptr && state->recorder->isRecording();
+    return state != nullptr && state->recorder && state->recorder->isRecording();
 }
 
 double AudioTapManager::recordingDuration(std::int32_t pid) const {
     const std::scoped_lock guard(lock_);
     const TapState* const state = find(pid);
-    return state == nullptr ? 0.0 : state->recorder->duration();
+    return state != nullptr && state->recorder ? state->recorder->duration() : 0.0;
 }
 
 } // namespace orvanta

@@ -15,7 +15,11 @@ TapState::TapState(std::int32_t ownerPID, AudioObjectID processObject, AudioObje
       firstCallbackLog(log) {}
 
 bool TapState::isAtRest() const noexcept {
-    if (isRecording() || peakLevel.load() != 0.0F || rmsLevel.load() != 0.0F ||
+    return hasSettled() && !isRecording();
+}
+
+bool TapState::hasSettled() const noexcept {
+    if (peakLevel.load() != 0.0F || rmsLevel.load() != 0.0F ||
         silentCallbackCount.load() < kSilentCallbacksBeforeBypass)
         return false;
     if (!noiseGateEnabled.load())

@@ -33,9 +33,13 @@ struct TapState {
     TapState(std::int32_t pid, AudioObjectID audioObjectID, AudioObjectID tapID,
              std::string tapUUID, AudioObjectID mixDeviceID, FirstCallbackLog& log);
 
-    /// True when silent cycles would change nothing that can be seen, heard or recorded any more:
-    /// the published levels have reached 0, the costly stages are passed over, the gate stands
-    /// where silence leaves it, and no recording needs its silence.
+    /// True when silent cycles would change nothing that can be seen or heard any more: the
+    /// published levels have reached 0, the costly stages are passed over, and the gate stands
+    /// where silence leaves it.
+    [[nodiscard]] bool hasSettled() const noexcept;
+
+    /// True when silent cycles are not needed any more: the tap has settled, and silence is not
+    /// recorded either.
     [[nodiscard]] bool isAtRest() const noexcept;
 
     [[nodiscard]] bool isRecording() const noexcept;

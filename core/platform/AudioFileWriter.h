@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -22,8 +23,8 @@ struct AudioFileSettings {
     int bitRate = 0; ///< bit/s of a compressed coding, 0 for others
 };
 
-/// A file that is being written. Its destruction finishes it; until then what was written stays
-/// readable although the program should die.
+/// A file that is being written. What was written stays readable although the program should die.
+/// A file that was not finished is when it is destroyed.
 class AudioFile {
 public:
     AudioFile() = default;
@@ -37,6 +38,10 @@ public:
     /// could not write them, which may be a later one than the one that brought them.
     virtual std::optional<std::string> write(std::span<const float* const> channels,
                                              std::size_t frames) = 0;
+
+    /// Writes what was held back and completes the file. On failure the reason, in words; the file
+    /// is readable nevertheless. Nothing follows.
+    virtual std::optional<std::string> finish() = 0;
 };
 
 /// Makes audio files. Never on an IO thread.

@@ -1,10 +1,10 @@
 #include "core/recording/AudioRecorder.h"
 
-#include "core/recording/PCMBuffer.h"
 #include "core/recording/RecordingFileName.h"
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -25,6 +25,24 @@ AudioFileSettings settingsOf(RecordingFormat format, double sampleRate, int chan
         settings.bitRate = kAACBitRate;
     }
     return settings;
+}
+
+constexpr const char* kNoMemory = "Cannot allocate memory";
+
+/// The reason why an operation on a file failed, lack of memory included.
+template <class Operation>
+std::optional<std::string> withoutMemoryAReason(Operation operation) {
+    try {
+        return operation();
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    }
+}
+
+std::optional<std::string> written(AudioFile& file, const PCMBuffer& buffer) {
+    return withoutMemoryAReason([&] {
+        return file.write(buffer.channels(), static_cast<std::size_t>(buffer.frames()));
+    });
 }
 
 } // namespace
@@ -83,7 +101,7 @@ std::unique_ptr<AudioFile> AudioRecorder::createFile(const std::filesystem::path
 
 void AudioRecorder::startWriterTimer() {
     writerTimer_ =
-        writerQueue_->repeat(kDrainInterval, [this, file = audioFile_] { drainToFile(*file); });
+        writerQueue_->repeat(kDrainInterval, [this, file = audioFile_] { drainInTime(*file); });
 }
 
 std::optional<std::filesystem::path> AudioRecorder::stopRecording() {
@@ -95,7 +113,7 @@ std::optional<std::filesystem::path> AudioRecorder::stopRecording() {
     mayOweFinalDrain_ = true;
     writerQueue_->post([this, file = std::move(audioFile_)]() mutable {
         finalDrain(*file);
-        // The last reference: the file is finished before anything else runs on this queue.
+        // The last reference: the file is closed before anything else runs on this queue.
         file.reset();
     });
     recorderLogger_.info("Recording stopped: %s", fileURL_->filename().c_str());
@@ -112,6 +130,8 @@ void AudioRecorder::writeSamples(const float* samples, std::int64_t count,
                                  std::int64_t channel) noexcept {
     if (isRecording())
         ring_.writeSamples(samples, count, channel);
+    else
+        ring_.passOver(channel);
 }
 
 void AudioRecorder::writeInterleavedSamples(const float* samples, std::int64_t frameCount,
@@ -128,28 +148,47 @@ double AudioRecorder::duration() const {
     return isRecording() ? (writerQueue_->now() - startInstant_).count() : 0.0;
 }
 
+void AudioRecorder::drainInTime(AudioFile& file) {
+    Seconds start{};
+    do {
+        start = writerQueue_->now();
+        drainToFile(file);
+        // A write that took longer than the interval has held ticks up: they are made up for.
+    } while (writerQueue_->now() - start >= kDrainInterval);
+}
+
 void AudioRecorder::drainToFile(AudioFile& file) {
-    if (const auto reason = drain(file, kMaximumFramesPerDrain))
+    const std::int64_t frames = std::min(ring_.usedFrames(), kMaximumFramesPerDrain);
+    if (frames < 1)
+        return;
+    const auto buffer = takeFrames(frames);
+    if (!buffer)
+        return; // the samples wait in the ring for the next tick
+    if (const auto reason = written(file, *buffer))
         recorderLogger_.error("Write error: %s", reason->c_str());
 }
 
 void AudioRecorder::finalDrain(AudioFile& file) {
-    if (const auto reason = drain(file, SampleRing::bufferCapacity))
-        recorderLogger_.error("Final drain write error: %s", reason->c_str());
+    const auto report = [this](const std::optional<std::string>& reason) {
+        if (reason)
+            recorderLogger_.error("Final drain write error: %s", reason->c_str());
+    };
+    if (const std::int64_t frames = ring_.usedFrames(); frames > 0) {
+        const auto buffer = takeFrames(frames);
+        report(buffer ? written(file, *buffer) : std::optional<std::string>(kNoMemory));
+    }
+    report(withoutMemoryAReason([&file] { return file.finish(); }));
 }
 
-std::optional<std::string> AudioRecorder::drain(AudioFile& file, std::int64_t maximumFrames) {
-    const std::int64_t frames = std::min(ring_.usedFrames(), maximumFrames);
-    if (frames < 1)
-        return std::nullopt;
+std::optional<PCMBuffer> AudioRecorder::takeFrames(std::int64_t frames) {
     auto buffer = PCMBuffer::make(channels_, frames);
     if (!buffer)
-        return std::nullopt; // the samples wait in the ring for the next tick
+        return std::nullopt;
     for (int channel = 0; channel < channels_; ++channel)
         ring_.copyChannel(channel, frames, buffer->channel(channel));
     // Before the write: what cannot be written is a gap, not an end.
     ring_.consume(frames);
-    return file.write(buffer->channels(), static_cast<std::size_t>(frames));
+    return buffer;
 }
 
 } // namespace orvanta

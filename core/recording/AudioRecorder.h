@@ -2,6 +2,7 @@
 
 #include "core/platform/Logger.h"
 #include "core/platform/Platform.h"
+#include "core/recording/PCMBuffer.h"
 #include "core/recording/RecordingFormat.h"
 #include "core/recording/SampleRing.h"
 
@@ -70,10 +71,12 @@ private:
     void waitForFinalDrain();
 
     // These run on the writer queue.
+    void drainInTime(AudioFile& file);
     void drainToFile(AudioFile& file);
     void finalDrain(AudioFile& file);
-    /// The reason, when the file could not take them all.
-    std::optional<std::string> drain(AudioFile& file, std::int64_t maximumFrames);
+    /// Takes frames, of which there must be as many, out of the ring. None, and they stay there,
+    /// where there is no memory for them.
+    std::optional<PCMBuffer> takeFrames(std::int64_t frames);
 
     const Logger recorderLogger_;
     AudioFileWriter& fileWriter_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -13,6 +14,8 @@ class PCMBuffer {
 public:
     /// None where there is no memory for it.
     [[nodiscard]] static std::optional<PCMBuffer> make(int channels, std::int64_t frames);
+
+    [[nodiscard]] std::int64_t frames() const noexcept { return frames_; }
 
     [[nodiscard]] float* channel(int index) noexcept {
         return channels_[static_cast<std::size_t>(index)];
@@ -28,6 +31,7 @@ private:
 
     std::unique_ptr<float[]> samples_;
     std::vector<float*> channels_;
+    std::int64_t frames_;
 };
 
 } // namespace orvanta

@@ -36,38 +36,47 @@ void SampleRing::writeSamples(const float* samples, std::int64_t count,
     const std::int64_t total = count * channels_;
     const Head head = head_.load(std::memory_order_acquire);
     beginOrContinueBlock(head, total, channel);
-    const bool isLast = channel == channels_ - 1;
-    if (isLast)
-        block_.channel = -1;
+    block_.channel = lastOf(channel);
     if (!block_.fits)
         return;
     const std::int64_t start = countOf(head) + channel;
     const std::int64_t untilEnd = std::min(framesUntilEnd(start), count);
     scatter(samples, untilEnd, place(start), channels_);
     scatter(samples + untilEnd, count - untilEnd, place(start + untilEnd * channels_), channels_);
-    if (isLast)
+    if (channel == channels_ - 1)
         publish(head, total);
+}
+
+void SampleRing::passOver(std::int64_t channel) noexcept {
+    if (channel >= 0 && channel < channels_)
+        block_ = {head_.load(std::memory_order_relaxed), lastOf(channel), 0, false};
 }
 
 void SampleRing::beginOrContinueBlock(Head head, std::int64_t total,
                                       std::int64_t channel) noexcept {
     const bool begins = block_.channel < 0 || channel <= block_.channel;
     if (begins) {
-        block_ = {head, channel, total, hasRoom(head, total)};
-        if (block_.fits)
-            silence(countOf(head), total, channel);
-        return;
-    }
-    // The first channels of a block from before a clearing are lost, and the rest goes with them.
-    if (block_.head != head || (total > block_.total && !hasRoom(head, total)))
+        block_ = {head, -1, total, hasRoom(head, total)};
+    } else if (block_.head != head || (total > block_.total && !hasRoom(head, total))) {
+        // The first channels of a block from before a clearing are lost; the rest goes with them.
         block_.fits = false;
-    block_.channel = channel;
+    }
+    if (!block_.fits)
+        return;
+    // What nobody gives is silence, and not what was there a round ago.
+    silence(head, {block_.channel + 1, channel}, {0, total});
+    silence(head, {0, block_.channel + 1}, {block_.total, total});
+    block_.total = std::max(block_.total, total);
 }
 
-void SampleRing::silence(std::int64_t start, std::int64_t total, std::int64_t channels) noexcept {
-    for (std::int64_t channel = 0; channel < channels; ++channel)
-        for (std::int64_t at = channel; at < total; at += channels_)
-            *place(start + at) = 0.0F;
+void SampleRing::silence(Head head, Range channels, Range samples) noexcept {
+    for (std::int64_t at = samples.from; at < samples.to; at += channels_)
+        for (std::int64_t channel = channels.from; channel < channels.to; ++channel)
+            *place(countOf(head) + at + channel) = 0.0F;
+}
+
+std::int64_t SampleRing::lastOf(std::int64_t channel) const noexcept {
+    return channel == channels_ - 1 ? -1 : channel;
 }
 
 void SampleRing::writeInterleavedSamples(const float* samples, std::int64_t total) noexcept {

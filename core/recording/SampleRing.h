@@ -21,11 +21,15 @@ public:
     /// `channels` must be above 0.
     explicit SampleRing(int channels);
 
-    /// Producer: one channel of a planar block. All channels of a block come one after the other,
-    /// in ascending order and with the same `count`; the last one publishes it. Whether there is
-    /// room is asked at the block's first channel, for all of them. Channels that were left out
-    /// before the first are silent. A channel that is none does nothing.
+    /// Producer: one channel of a planar block. The channels of a block come one after the other, in
+    /// ascending order; the last one publishes as many frames as it has. Whether there is room is
+    /// asked at the block's first channel, for all of them. What a channel does not give, because
+    /// it was left out or is shorter than the last, is silence. A channel that is none does
+    /// nothing.
     void writeSamples(const float* samples, std::int64_t count, std::int64_t channel) noexcept;
+
+    /// Producer: a channel that is not to be written. The rest of its block will not be either.
+    void passOver(std::int64_t channel) noexcept;
 
     /// Producer: a whole block of `total` samples.
     void writeInterleavedSamples(const float* samples, std::int64_t total) noexcept;
@@ -54,10 +58,17 @@ private:
         bool fits = false;
     };
 
+    struct Range {
+        std::int64_t from;
+        std::int64_t to; ///< not included
+    };
+
     [[nodiscard]] bool hasRoom(Head head, std::int64_t total) const noexcept;
     void beginOrContinueBlock(Head head, std::int64_t total, std::int64_t channel) noexcept;
-    /// Clears the first `channels` channels of a block.
-    void silence(std::int64_t start, std::int64_t total, std::int64_t channels) noexcept;
+    /// Clears channels in a range of a block's samples, which begins with a frame.
+    void silence(Head head, Range channels, Range samples) noexcept;
+    /// What a block remembers after this channel: -1 when it was the last.
+    [[nodiscard]] std::int64_t lastOf(std::int64_t channel) const noexcept;
     void publish(Head head, std::int64_t total) noexcept;
     /// How many samples of one channel, the one at `position` first, stand before the ring's end.
     [[nodiscard]] std::int64_t framesUntilEnd(std::int64_t position) const noexcept;

@@ -53,12 +53,14 @@ Seconds ThreadSerialQueue::now() const {
 }
 
 void ThreadSerialQueue::postAndWait(Task task) {
-    std::promise<void> ran;
-    post([&task, &ran] {
+    // The task owns the promise: one that a closed queue drops ends the wait as well.
+    const auto ran = std::make_shared<std::promise<void>>();
+    const std::future<void> end = ran->get_future();
+    post([&task, owned = ran] {
         task();
-        ran.set_value();
+        owned->set_value();
     });
-    ran.get_future().wait();
+    end.wait();
 }
 
 std::unique_ptr<SerialQueue> ThreadSerialQueues::make(std::string label, QualityOfService quality) {
