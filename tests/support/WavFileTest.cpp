@@ -17,7 +17,7 @@ namespace {
 
 class WavFile : public ::testing::Test {
 protected:
-    void SetUp() override { writeWavFile(path_, 48000, std::vector{noise_}); }
+    void SetUp() override { writeWavFile(path_, 48000, std::vector<std::vector<float>>{noise_}); }
 
     const TemporaryFolder folder_;
     const std::filesystem::path path_ = folder_.path() / "noise.wav";

@@ -7,6 +7,7 @@
 #include "tests/platform/media/support/SharedCounter.h"
 
 #include <cstdlib>
+#include <exception>
 #include <iostream>
 #include <unistd.h>
 
@@ -47,6 +48,12 @@ int main(int argc, char** argv) {
     if (argc != 5)
         return 2;
     alarm(orvanta::test::kSecondsToLive);
-    orvanta::test::SharedCounter counter(argv[3]);
-    return orvanta::test::record(argv[1], argv[2], counter, std::strtoull(argv[4], nullptr, 10));
+    try {
+        orvanta::test::SharedCounter counter(argv[3]);
+        const std::uint64_t frames = std::strtoull(argv[4], nullptr, 10);
+        return orvanta::test::record(argv[1], argv[2], counter, frames);
+    } catch (const std::exception& failure) {
+        std::cerr << failure.what() << '\n';
+        return 1;
+    }
 }
