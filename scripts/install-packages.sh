@@ -7,6 +7,7 @@ set -euo pipefail
 
 build=(
     cmake g++ gcc ninja-build pkg-config
+    libavcodec-dev libavformat-dev libavutil-dev
     libbenchmark-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
     libpipewire-0.3-dev librapidcheck-dev libsndfile1-dev libspa-0.2-dev nlohmann-json3-dev
 )
@@ -16,7 +17,8 @@ run=(
     alsa-utils pulseaudio-utils sox libsox-fmt-alsa libsox-fmt-base mpv
     gnuplot-nox procps python3 python3-numpy
 )
-test=(ccache clang-format git python3)
+# Besides the checks: an independent reader of audio files.
+test=(ccache clang-format ffmpeg git python3)
 full=(clang clang-tidy libclang-rt-dev llvm)
 # The other architecture: its compiler, and what runs its programs here.
 arm64=(g++-aarch64-linux-gnu qemu-user-static)

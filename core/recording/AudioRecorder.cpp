@@ -40,9 +40,8 @@ std::optional<std::string> withoutMemoryAReason(Operation operation) {
 }
 
 std::optional<std::string> written(AudioFile& file, const PCMBuffer& buffer) {
-    return withoutMemoryAReason([&] {
-        return file.write(buffer.channels(), static_cast<std::size_t>(buffer.frames()));
-    });
+    return withoutMemoryAReason(
+        [&] { return file.write(buffer.channels(), static_cast<std::size_t>(buffer.frames())); });
 }
 
 } // namespace

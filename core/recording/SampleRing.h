@@ -21,10 +21,10 @@ public:
     /// `channels` must be above 0.
     explicit SampleRing(int channels);
 
-    /// Producer: one channel of a planar block. The channels of a block come one after the other, in
-    /// ascending order; the last one publishes as many frames as it has. Whether there is room is
-    /// asked at the block's first channel, for all of them. What a channel does not give, because
-    /// it was left out or is shorter than the last, is silence. A channel that is none does
+    /// Producer: one channel of a planar block. The channels of a block come one after the other,
+    /// in ascending order; the last one publishes as many frames as it has. Whether there is room
+    /// is asked at the block's first channel, for all of them. What a channel does not give,
+    /// because it was left out or is shorter than the last, is silence. A channel that is none does
     /// nothing.
     void writeSamples(const float* samples, std::int64_t count, std::int64_t channel) noexcept;
 

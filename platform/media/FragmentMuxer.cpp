@@ -50,6 +50,8 @@ std::unique_ptr<FragmentMuxer> FragmentMuxer::open(const AVCodecContext& encoder
     int result = avformat_alloc_output_context2(&allocated, nullptr, "ipod", nullptr);
     LibavOwner<AVFormatContext> context(allocated);
     AVStream* stream = context ? avformat_new_stream(context.get(), nullptr) : nullptr;
+    if (stream == nullptr && result >= 0)
+        result = AVERROR(ENOMEM);
     if (stream != nullptr) {
         std::unique_ptr<FragmentMuxer> muxer(new FragmentMuxer(std::move(context)));
         stream->time_base = encoder.time_base;

@@ -76,7 +76,8 @@ M4AFile::M4AFile(std::unique_ptr<AACEncoder> encoder, std::unique_ptr<FragmentMu
 
 M4AFile::~M4AFile() {
     try {
-        finish();
+        if (!isFinished_)
+            finish();
     } catch (const std::bad_alloc&) {
         // In fragments, as it is, the file can be played too.
         return;
@@ -120,11 +121,16 @@ void M4AFile::endFragment() {
     packetBytes_.clear();
 }
 
-void M4AFile::finish() {
+std::optional<std::string> M4AFile::finish() {
+    isFinished_ = true;
     keep(encoder_->finish(take_));
     endFragment();
-    if (table_.isEmpty())
-        return;
+    if (!table_.isEmpty())
+        keep(writeTable());
+    return std::exchange(failure_, std::nullopt);
+}
+
+std::optional<std::string> M4AFile::writeTable() {
     const MP4Box movie = find(beginning_, "moov");
     MP4BoxWriter writer;
     writeFinishedMovie(writer, movie, table_);
@@ -132,11 +138,13 @@ void M4AFile::finish() {
     constexpr std::int64_t kBoxHeaderBytes = 8;
     const std::int64_t movieAt = movie.content.data() - beginning_.data() - kBoxHeaderBytes;
     const std::int64_t endOfSamples = file_->size();
-    if (file_->append(writer.written()))
-        return;
+    if (auto reason = file_->append(writer.written()))
+        return reason;
     // Until this moment the old table and its fragments count, from here on the new one.
-    if (file_->write(movieAt, dataHeader(endOfSamples - movieAt)))
+    auto reason = file_->write(movieAt, dataHeader(endOfSamples - movieAt));
+    if (reason)
         file_->shrinkTo(endOfSamples);
+    return reason;
 }
 
 void M4AFile::keep(std::optional<std::string> reason) {

@@ -29,13 +29,16 @@ public:
     std::optional<std::string> write(std::span<const float* const> channels,
                                      std::size_t frames) override;
 
+    std::optional<std::string> finish() override;
+
 private:
     M4AFile(std::unique_ptr<AACEncoder> encoder, std::unique_ptr<FragmentMuxer> muxer,
             std::unique_ptr<NewFile> file, Bytes beginning);
 
     void take(AVPacket& packet);
     void endFragment();
-    void finish();
+    /// Turns the fragments into an ordinary file.
+    std::optional<std::string> writeTable();
     /// The first of several failures is the one to be told.
     void keep(std::optional<std::string> reason);
 
@@ -46,6 +49,7 @@ private:
     const Bytes beginning_;
     const AACEncoder::TakePacket take_;
     std::optional<std::string> failure_;
+    bool isFinished_ = false;
 
     /// The fragment that is being filled: its time in frames and the sizes of its packets.
     std::int64_t fragmentStart_ = 0;

@@ -1,5 +1,6 @@
 #include "platform/media/NewFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <system_error>
@@ -43,7 +44,7 @@ std::optional<std::string> NewFile::write(std::int64_t offset, ByteView bytes) {
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0) {
-            std::string reason = lastErrorInWords();
+            std::string reason = written < 0 ? lastErrorInWords() : "The file takes no more";
             shrinkTo(size_);
             return reason;
         }

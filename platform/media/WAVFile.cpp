@@ -11,13 +11,14 @@
 namespace orvanta::media {
 namespace {
 
-/// Frames that are lost together when they find no space, and that a kill may keep from the header.
+/// Frames that a kill may keep from the header. What of a write finds no space loses the rest of it
+/// too: nothing out of order follows.
 constexpr std::size_t kBlockFrames = 4096;
 
 /// The header holds whole numbers of Hz. 0 stands for a rate that it cannot hold.
 int wholeRate(double rate) {
     const bool fits = rate >= 1 && rate <= std::numeric_limits<int>::max();
-    return fits ? static_cast<int>(std::lround(rate)) : 0;
+    return fits && rate == std::floor(rate) ? static_cast<int>(rate) : 0;
 }
 
 SF_INFO infoFor(const AudioFileSettings& settings) {
@@ -110,6 +111,13 @@ std::optional<std::string> WAVFile::write(std::span<const float* const> channels
     for (std::size_t done = 0; done < frames; done += kBlockFrames)
         if (!writeBlock(channels, done, std::min(kBlockFrames, frames - done)))
             break;
+    return std::exchange(storage_.failure, std::nullopt);
+}
+
+std::optional<std::string> WAVFile::finish() {
+    // The header is true already; closing writes it once more.
+    storage_.failure.reset();
+    sound_.reset();
     return std::exchange(storage_.failure, std::nullopt);
 }
 

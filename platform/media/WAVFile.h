@@ -24,6 +24,8 @@ public:
     std::optional<std::string> write(std::span<const float* const> channels,
                                      std::size_t frames) override;
 
+    std::optional<std::string> finish() override;
+
 private:
     /// Where libsndfile reads and writes next, and what kept it from writing.
     struct Storage {

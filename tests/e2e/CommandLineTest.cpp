@@ -106,7 +106,9 @@ TEST_F(CommandLine, RecordsBothSidesUntilItIsTerminated) {
     const TemporaryDirectory folder;
     const auto program = startTap({"--volume", "0.5", "--seconds", "60", "--interval", "0.2",
                                    "--record", folder.path().string(), "--record-mode", "both"});
-    letTimePass(Seconds(1));
+    // A line of levels every 0.2 s.
+    for (int line = 0; line < 5; ++line)
+        EXPECT_TRUE(program->readLine(Seconds(10)));
     program->signal(SIGTERM);
     ASSERT_TRUE(program->waitForExit(Seconds(10)));
     EXPECT_EQ(program->exitCode(), 0);
@@ -116,8 +118,8 @@ TEST_F(CommandLine, RecordsBothSidesUntilItIsTerminated) {
         sides.push_back(WavReader(entry.path()).samples());
     ASSERT_EQ(sides.size(), 2U);
     for (const auto& side : sides)
-        EXPECT_GT(std::ranges::count_if(side, [](float sample) { return sample != 0.0F; }), 48000)
-            << "half a second of stereo at least";
+        EXPECT_GT(std::ranges::count_if(side, [](float sample) { return sample != 0.0F; }), 24000)
+            << "a quarter of a second of stereo at least";
 }
 
 TEST_F(CommandLine, SaysWhyItCannotRecord) {

@@ -86,7 +86,8 @@ TEST_F(RecordedSound, GoesOnInSilenceWhileTheProgramPauses) {
         return manager.getCallbackCount(client_.pid()) > atRest + 20;
     })) << "a recording wakes the tap";
     client_.resume();
-    letTimePass(Seconds(0.5));
+    ASSERT_TRUE(
+        eventually(Seconds(20), [&] { return manager.getAudioLevel(client_.pid())->peak > 0.0F; }));
     stop();
 
     const std::vector<float> samples = WavReader(files.wet.value()).samples();

@@ -36,13 +36,7 @@ public:
 
     std::optional<std::string> write(std::span<const float* const> channels,
                                      std::size_t frames) override {
-        std::function<void()> before;
-        {
-            const std::scoped_lock guard(owner_.mutex_);
-            before = owner_.beforeWrite_;
-        }
-        if (before)
-            before();
+        owner_.call(owner_.beforeWrite_);
         const std::scoped_lock guard(owner_.mutex_);
         file_->writes.push_back(frames);
         if (auto reason = takeFirst(owner_.writeFailures_))
@@ -53,6 +47,12 @@ public:
         return std::nullopt;
     }
 
+    std::optional<std::string> finish() override {
+        const std::scoped_lock guard(owner_.mutex_);
+        file_->isFinished = true;
+        return takeFirst(owner_.finishFailures_);
+    }
+
 private:
     MemoryAudioFiles& owner_;
     const std::shared_ptr<MemoryAudioFile> file_;
@@ -61,6 +61,7 @@ private:
 std::unique_ptr<AudioFile> MemoryAudioFiles::create(const std::filesystem::path& path,
                                                     const AudioFileSettings& settings,
                                                     std::string& outReason) {
+    call(beforeCreate_);
     const std::scoped_lock guard(mutex_);
     if (auto reason = takeFirst(createFailures_)) {
         outReason = *reason;
@@ -76,6 +77,16 @@ std::unique_ptr<AudioFile> MemoryAudioFiles::create(const std::filesystem::path&
     return std::make_unique<OpenFile>(*this, std::move(file));
 }
 
+void MemoryAudioFiles::call(const std::function<void()>& member) const {
+    std::function<void()> copy;
+    {
+        const std::scoped_lock guard(mutex_);
+        copy = member;
+    }
+    if (copy)
+        copy();
+}
+
 void MemoryAudioFiles::refuseNext(std::string reason) {
     const std::scoped_lock guard(mutex_);
     createFailures_.push_back(std::move(reason));
@@ -84,6 +95,16 @@ void MemoryAudioFiles::refuseNext(std::string reason) {
 void MemoryAudioFiles::failNextWrites(std::vector<std::string> reasons) {
     const std::scoped_lock guard(mutex_);
     writeFailures_ = std::move(reasons);
+}
+
+void MemoryAudioFiles::failNextFinish(std::string reason) {
+    const std::scoped_lock guard(mutex_);
+    finishFailures_.push_back(std::move(reason));
+}
+
+void MemoryAudioFiles::beforeEachCreate(std::function<void()> call) {
+    const std::scoped_lock guard(mutex_);
+    beforeCreate_ = std::move(call);
 }
 
 void MemoryAudioFiles::beforeEachWrite(std::function<void()> call) {

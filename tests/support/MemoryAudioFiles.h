@@ -34,7 +34,11 @@ public:
     void refuseNext(std::string reason);
     /// The next writes of any file fail, as many as there are reasons.
     void failNextWrites(std::vector<std::string> reasons);
-    /// Called at the begin of every write, outside every lock: a place to make the disk slow.
+    /// The next file that is finished fails at it for this reason.
+    void failNextFinish(std::string reason);
+    /// Called before anything else of every creation or write, outside every lock: a place to make
+    /// the disk slow.
+    void beforeEachCreate(std::function<void()> call);
     void beforeEachWrite(std::function<void()> call);
 
     [[nodiscard]] bool exists(const std::filesystem::path& path) const;
@@ -45,10 +49,14 @@ public:
 private:
     class OpenFile;
 
+    void call(const std::function<void()>& member) const;
+
     mutable std::mutex mutex_;
     std::map<std::filesystem::path, std::shared_ptr<MemoryAudioFile>> files_;
     std::vector<std::string> createFailures_;
     std::vector<std::string> writeFailures_;
+    std::vector<std::string> finishFailures_;
+    std::function<void()> beforeCreate_;
     std::function<void()> beforeWrite_;
 };
 

@@ -3,6 +3,7 @@
 
 #include "tests/support/EngineRig.h"
 #include "tests/support/RenderRig.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,8 @@ void readEverything(const AudioTapManager& manager, std::int32_t pid) {
     static_cast<void>(manager.getCallbackCount(pid));
     static_cast<void>(manager.isNoiseGateOpen(pid));
     static_cast<void>(manager.getVolume(pid));
+    static_cast<void>(manager.isRecording(pid));
+    static_cast<void>(manager.recordingDuration(pid));
 }
 
 TEST(AudioTapManagerThreads, TwoThreadsChangeEverythingDuringAMillionCallbacks) {
@@ -83,6 +86,7 @@ TEST(AudioTapManagerThreads, TapsComeAndGoWhileTheDeviceRunsInRealTime) {
     speakers.framesPerCycle = 32;
     speakers.keepsPlayed = false;
     EngineRig rig({}, speakers);
+    const TemporaryDirectory folder;
     rig.server.startClock();
     std::atomic<bool> isDone{false};
     std::thread reading([&] {
@@ -92,8 +96,13 @@ TEST(AudioTapManagerThreads, TapsComeAndGoWhileTheDeviceRunsInRealTime) {
     for (int round = 0; round < 200; ++round) {
         ASSERT_TRUE(rig.manager->createTap(EngineRig::pid, rig.program));
         turnEveryKnob(*rig.manager, EngineRig::pid, round);
+        rig.wallClock.time += std::chrono::seconds(1);
+        rig.manager->startRecording(EngineRig::pid, "P", RecordingFormat::wav, folder.path(),
+                                    RecordingMode::both);
         while (rig.manager->getCallbackCount(EngineRig::pid) == 0)
             std::this_thread::yield(); // every started IOProc gets its cycle
+        if (round % 2 == 0)
+            rig.manager->stopRecording(EngineRig::pid);
         rig.manager->removeTap(EngineRig::pid);
     }
     isDone.store(true);

@@ -267,10 +267,39 @@ TEST_F(TapRecording, OfOneSideGoesOnWhenTheOtherCannotBeMade) {
     EXPECT_THAT(written(files.dry), Each(0.5F));
 }
 
-TEST_F(TapRecording, KeepsItsModeAndItsFilesWhenItIsStartedTwice) {
+TEST_F(TapRecording, KeepsItsFilesWhenItIsStartedTwiceAndTakesTheNewMode) {
     const RecordingFiles files = start(RecordingMode::both);
-    EXPECT_EQ(start(RecordingMode::both), RecordingFiles{});
+    EXPECT_EQ(start(RecordingMode::original), RecordingFiles{});
+    EXPECT_EQ(rig.state().recordingMode, RecordingMode::original);
     EXPECT_EQ(manager.stopRecording(pid), files);
+}
+
+TEST_F(TapRecording, GivesEachFileOfBothItsOwnTime) {
+    rig.audioFiles.beforeEachCreate([this] { rig.wallClock.time += 1s; });
+    const RecordingFiles files = start(RecordingMode::both);
+    EXPECT_EQ(rig.state().dryRecorder->startTime().value() -
+                  rig.state().recorder->startTime().value(),
+              1s);
+    EXPECT_NE(nameOf(files.wet).substr(sizeof("Music_processed_")),
+              nameOf(files.dry).substr(sizeof("Music_original_")));
+}
+
+TEST_F(TapRecording, IsSilentOnTheProcessedSideOfAMutedTapAlone) {
+    manager.setMuted(pid, true);
+    const RecordingFiles files = start(RecordingMode::both);
+    rig.nextCycle();
+    EXPECT_THAT(written(files.wet), Each(0.0F));
+    EXPECT_THAT(written(files.dry), Each(0.5F));
+}
+
+TEST_F(TapRecording, EndsWhenTheDeviceRefusesToStopItsRemovedTap) {
+    const RecordingFiles files = start(RecordingMode::both);
+    rig.server.failNext(embedded::Operation::stopDevice, -1);
+    rig.server.failNext(embedded::Operation::destroyIOProcID, -1);
+    manager.removeTap(pid);
+    rig.runLoop.runUntilIdle();
+    EXPECT_TRUE(rig.audioFiles.file(files.wet.value()).isFinished);
+    EXPECT_TRUE(rig.audioFiles.file(files.dry.value()).isFinished);
 }
 
 TEST_F(TapRecording, GoesAtTheRateOfTheTap) {
@@ -283,14 +312,14 @@ TEST_F(TapRecording, GoesAtTheRateOfTheTap) {
     other.manager->createTap(pid);
     const auto fast = other.manager->startRecording(pid, "Music", RecordingFormat::wav,
                                                     folder.path(), RecordingMode::processed);
-    EXPECT_EQ(other.audioFiles.file(fast.wet.value()).settings.sampleRate,
-              other.state().sampleRate);
+    EXPECT_EQ(other.audioFiles.file(fast.wet.value()).settings.sampleRate, 96000.0);
 }
 
 TEST_F(TapRecording, IsFinishedWhenItsTapIsRemoved) {
     const RecordingFiles files = start(RecordingMode::both);
     rig.nextCycle();
     rig.runLoop.advance(100ms);
+    rig.nextCycle(); // stays in the ring
     manager.removeTap(pid);
     for (const auto& path : {files.wet, files.dry}) {
         EXPECT_TRUE(rig.audioFiles.file(path.value()).isFinished);
@@ -321,10 +350,33 @@ TEST(TapRecordingOfAPausedProgram, CarriesItsSilence) {
     EXPECT_EQ(rig.manager->getCallbackCount(pid), atRest + 100) << "and at rest again";
 }
 
-TEST_F(TapRecording, HasNoRecorderBeforeTheTapIsThere) {
+TEST(TapRecordingOfAPausedProgram, WakesATapThatComesToRestWhileTheFileIsMade) {
+    embedded::ServerSettings settings;
+    settings.restsWhenStepped = true;
+    EngineRig rig(settings);
+    const TemporaryDirectory folder;
+    rig.manager->createTap(pid);
+    rig.server.step(rig.speakers, 10);
+    rig.server.pauseProgram(rig.program);
+    rig.audioFiles.beforeEachCreate([&] { rig.server.step(rig.speakers, 300); });
+    rig.server.journal().clear();
+    rig.manager->startRecording(pid, "Music", RecordingFormat::wav, folder.path(),
+                                RecordingMode::processed);
+    EXPECT_THAT(rig.lifecycleCalls(), ElementsAre("AudioDeviceStart"));
+}
+
+TEST_F(TapRecording, AsksNothingOfTheDeviceWhileItPlays) {
+    rig.nextCycle();
+    rig.server.journal().clear();
+    start(RecordingMode::both);
+    manager.stopRecording(pid);
+    EXPECT_THAT(rig.lifecycleCalls(), IsEmpty());
+}
+
+TEST_F(TapRecording, IsOfferedByEveryTapAndIdleAtFirst) {
+    EXPECT_TRUE(rig.state().recorder);
+    EXPECT_TRUE(rig.state().dryRecorder);
     EXPECT_FALSE(rig.state().isRecording());
-    ASSERT_TRUE(rig.state().recorder);
-    ASSERT_TRUE(rig.state().dryRecorder);
 }
 
 } // namespace

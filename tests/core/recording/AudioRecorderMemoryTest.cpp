@@ -14,15 +14,11 @@ namespace {
 bool thereIsNoMemory = false;
 } // namespace
 
-/// Stands in for the library's own in this program.
-void* operator new[](std::size_t size, const std::nothrow_t& /*unused*/) noexcept {
+/// Stands in for the library's own in this program: arrays find no memory on demand.
+void* operator new[](std::size_t size) {
     if (thereIsNoMemory)
-        return nullptr;
-    try {
-        return ::operator new[](size);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+        throw std::bad_alloc();
+    return ::operator new(size);
 }
 
 namespace orvanta::test {
@@ -44,6 +40,14 @@ TEST(RecorderWithoutMemory, KeepsTheSamplesForTheNextTick) {
     EXPECT_TRUE(fakes.audioFiles.file(path.value()).writes.empty());
     fakes.runLoop.advance(100ms);
     EXPECT_THAT(fakes.audioFiles.file(path.value()).interleaved(), testing::ElementsAre(1, 2));
+
+    recorder.writeInterleavedSamples(frame, 1, 2);
+    recorder.stopRecording();
+    thereIsNoMemory = true;
+    fakes.runLoop.runUntilIdle();
+    thereIsNoMemory = false;
+    EXPECT_TRUE(fakes.log.has(LogLevel::error, "Final drain write error: Cannot allocate memory"))
+        << "there is no next tick";
 }
 
 } // namespace

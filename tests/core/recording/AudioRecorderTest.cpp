@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <numeric>
 #include <optional>
 #include <vector>
@@ -255,6 +256,7 @@ TEST_F(Recorder, RecordsNothingAtARateThatIsNone) {
                               std::numeric_limits<double>::quiet_NaN()}) {
         AudioRecorder none(rate, 2, fakes.platformWith(server));
         EXPECT_EQ(none.startRecording("Player", RecordingFormat::wav, folder.path()), std::nullopt);
+        EXPECT_FALSE(none.isRecording());
     }
 }
 
@@ -277,6 +279,50 @@ TEST_F(Recorder, SaysWhenTheFinalDrainFails) {
     recorder->stopRecording();
     fakes.runLoop.runUntilIdle();
     EXPECT_TRUE(fakes.log.has(LogLevel::error, "Final drain write error: Input/output error"));
+}
+
+TEST_F(Recorder, SaysWhenTheFileCannotBeFinished) {
+    start();
+    fakes.audioFiles.failNextFinish("No space left on device");
+    recorder->stopRecording();
+    fakes.runLoop.runUntilIdle();
+    EXPECT_TRUE(fakes.log.has(LogLevel::error, "Final drain write error: No space left on device"));
+}
+
+TEST_F(Recorder, TakesLackOfMemoryForAReason) {
+    start();
+    fakes.audioFiles.beforeEachWrite([] { throw std::bad_alloc(); });
+    write({1, 2});
+    fakes.runLoop.advance(100ms);
+    EXPECT_TRUE(fakes.log.has(LogLevel::error, "Write error: Cannot allocate memory"));
+}
+
+TEST_F(Recorder, HasAUtilityQueueOfItsOwn) {
+    /// Remembers what was asked for.
+    class Queues final : public SerialQueues {
+    public:
+        explicit Queues(SerialQueues& real) : real_(real) {}
+
+        [[nodiscard]] std::unique_ptr<SerialQueue> make(std::string label,
+                                                        QualityOfService quality) override {
+            made.emplace_back(label, quality);
+            return real_.make(std::move(label), quality);
+        }
+
+        std::vector<std::pair<std::string, QualityOfService>> made;
+
+    private:
+        SerialQueues& real_;
+    };
+
+    Queues queues(fakes.serialQueues);
+    const Platform platform{server, fakes.processTable, fakes.workspace, fakes.log,
+                            queues, fakes.wallClock,    fakes.audioFiles};
+    const AudioRecorder first(48000.0, 2, platform);
+    const AudioRecorder second(48000.0, 2, platform);
+    EXPECT_THAT(queues.made, testing::Each(testing::Pair("com.meridane.orvanta.audiorecorder",
+                                                         QualityOfService::utility)));
+    EXPECT_EQ(queues.made.size(), 2U);
 }
 
 TEST_F(Recorder, LosesTheRingButFinishesTheFileWhenItEndsWhileRecording) {

@@ -148,6 +148,26 @@ TEST_F(StereoRing, TakesOrDropsAPlanarBlockWhole) {
     EXPECT_THAT(readAll(), ElementsAre(5, 6));
 }
 
+TEST_F(StereoRing, LosesTheRestOfABlockOfWhichAChannelWasPassedOver) {
+    ring.passOver(0);
+    writeChannel(1, {2, 4});
+    EXPECT_THAT(readAll(), IsEmpty()) << "half a block would tear the frames";
+    writeChannel(0, {5});
+    writeChannel(1, {6});
+    EXPECT_THAT(readAll(), ElementsAre(5, 6));
+    ring.passOver(1);
+    writeChannel(1, {8});
+    EXPECT_THAT(readAll(), ElementsAre(0, 8)) << "a block of its own";
+}
+
+TEST_F(StereoRing, EndsAShorterChannelInSilence) {
+    write(ramp(capacity, 1.0F));
+    readAll();
+    writeChannel(0, {1});
+    writeChannel(1, {2, 4, 6});
+    EXPECT_THAT(readAll(), ElementsAre(1, 2, 0, 4, 0, 6));
+}
+
 TEST_F(StereoRing, AsksForRoomAgainWhenALaterChannelIsLonger) {
     ASSERT_TRUE(write(ramp(capacity - 4)));
     writeChannel(0, {1, 3});
@@ -296,12 +316,16 @@ TEST(SampleRing, OfOneChannelPublishesEveryWrite) {
 
 TEST(SampleRing, OfThreeChannelsFillsAGapWithinABlockByNothingOld) {
     SampleRing ring(3);
+    const Samples old(static_cast<std::size_t>(capacity), 9.0F);
+    ring.writeInterleavedSamples(old.data(), std::ssize(old));
+    ring.clear();
     const Samples samples{5};
+    ring.writeSamples(samples.data(), 1, 0);
     ring.writeSamples(samples.data(), 1, 2);
     Samples frame(3, -1.0F);
     for (int channel = 0; channel < 3; ++channel)
         ring.copyChannel(channel, 1, &frame[static_cast<std::size_t>(channel)]);
-    EXPECT_THAT(frame, ElementsAre(0, 0, 5));
+    EXPECT_THAT(frame, ElementsAre(5, 0, 5));
 }
 
 } // namespace

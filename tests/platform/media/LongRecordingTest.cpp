@@ -4,6 +4,7 @@
 #include "platform/embedded/EmbeddedAudioServer.h"
 #include "platform/media/MediaFileWriter.h"
 #include "tests/platform/media/support/M4AReader.h"
+#include "tests/platform/media/support/MediaTools.h"
 #include "tests/support/PlatformFakes.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/WavReader.h"
@@ -91,6 +92,7 @@ TEST_F(LongRecording, OfTwoHoursIsInItsWAVFileFrameByFrameAndTakesNoMoreMemory) 
 TEST_F(LongRecording, OfTwoHoursIsInItsM4AFileAndTakesLittleMoreThanItsTable) {
     const auto path = record(RecordingFormat::m4a);
     EXPECT_EQ(readM4A(path).framesToHear(), ticks * framesPerTick);
+    EXPECT_EQ(probed(path)["duration_ts"], std::to_string(ticks * framesPerTick));
     EXPECT_LT(growth, 4096) << "four bytes for each of 337,500 packets, and what a vector keeps";
 }
 

@@ -4,6 +4,7 @@
 #include "tests/platform/media/support/M4AReader.h"
 #include "tests/platform/media/support/Material.h"
 #include "tests/platform/media/support/MediaTools.h"
+#include "tests/support/FileContent.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -98,6 +99,29 @@ TEST_F(M4AFileTest, FinishesWithoutMovingASample) {
     for (std::size_t index = 0; index < growing.packets.size(); ++index) {
         EXPECT_EQ(finished.packets[index], growing.packets[index]);
         EXPECT_EQ(bytes(path_, finished.packets[index]), bytes(before, growing.packets[index]));
+    }
+}
+
+TEST_F(M4AFileTest, CanBeReadAtEveryStepOfFinishing) {
+    auto file = create();
+    const std::string beginning = fileContent(path_);
+    ASSERT_EQ(writeMaterial(*file, material_, 2, 0, 150000), std::nullopt);
+    file.reset();
+    const M4AContent finished = readM4A(path_);
+
+    // The step before the last one: the new table is there, the old one still counts.
+    const auto path = copy();
+    std::fstream(path, std::ios::binary | std::ios::in | std::ios::out) << beginning;
+    // And those before: the program was killed within the table.
+    for (const std::uintmax_t missing : {0U, 1U, 300U, 600U}) {
+        std::filesystem::resize_file(path, std::filesystem::file_size(path_) - missing);
+        const M4AContent content = readM4A(path);
+        EXPECT_TRUE(content.isFragmented);
+        EXPECT_EQ(content.packets, finished.packets);
+        const std::vector<float> samples = decoded(path);
+        EXPECT_EQ(samples.size(), content.packets.size() * 1024 * 2);
+        const auto whole = std::span(samples).first((1024 + 150000) * 2);
+        EXPECT_GT(signalToNoise(whole, 2, material_, 1024), kGoodEncoding);
     }
 }
 

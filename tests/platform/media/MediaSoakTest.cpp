@@ -1,6 +1,5 @@
 #include "platform/media/MediaFileWriter.h"
 #include "tests/platform/media/support/KilledRecording.h"
-#include "tests/platform/media/support/M4AReader.h"
 #include "tests/platform/media/support/Material.h"
 #include "tests/platform/media/support/MediaTools.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -8,11 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <bit>
-#include <fstream>
-#include <iostream>
-#include <unistd.h>
 
 namespace orvanta::test {
 namespace {
@@ -70,40 +65,6 @@ TEST(MediaSoak, WAVBecomesRF64BeyondFourGiBAndStaysTrue) {
     }
     EXPECT_EQ(soxSays("-s", path), std::to_string(frames));
     EXPECT_EQ(probed(path)["duration_ts"], std::to_string(frames));
-}
-
-/// Memory of this process that is in use, in bytes.
-std::size_t residentBytes() {
-    std::size_t pages = 0;
-    std::ifstream file("/proc/self/statm");
-    file >> pages >> pages;
-    return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-}
-
-TEST(MediaSoak, TwoHoursOfM4ATakeLittleMemory) {
-    constexpr std::uint64_t kMinute = 48000 * 60;
-    constexpr std::size_t kMiB = 1U << 20U;
-    const TemporaryDirectory folder;
-    const auto path = folder.path() / "long.m4a";
-    std::string reason;
-    auto file = MediaFileWriter().create(path, {Coding::aacMPEG4, 48000, 2, 256000}, reason);
-    ASSERT_TRUE(file) << reason;
-    const Material material = wanderingTones(48000);
-
-    ASSERT_EQ(writeMaterial(*file, material, 2, 0, kMinute), std::nullopt);
-    const std::size_t afterAMinute = residentBytes();
-    for (std::uint64_t minute = 1; minute < 120; ++minute)
-        ASSERT_EQ(writeMaterial(*file, material, 2, minute * kMinute, kMinute), std::nullopt);
-    const std::size_t afterTwoHours = residentBytes();
-    file.reset();
-    const std::size_t grown = afterTwoHours - std::min(afterTwoHours, afterAMinute);
-    std::cout << "grown by " << grown / 1024 << " KiB\n";
-    EXPECT_LT(grown, 6 * kMiB);
-
-    const M4AContent content = readM4A(path);
-    EXPECT_FALSE(content.isFragmented);
-    EXPECT_EQ(content.movieDuration, static_cast<std::int64_t>(120 * kMinute));
-    EXPECT_EQ(probed(path)["duration_ts"], std::to_string(120 * kMinute));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "platform/media/MediaFileWriter.h"
 #include "tests/platform/media/support/M4AReader.h"
+#include "tests/platform/media/support/Material.h"
 #include "tests/platform/media/support/MediaTools.h"
 #include "tests/platform/media/support/SmallDisk.h"
 #include "tests/support/EngineRig.h"
@@ -12,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <tuple>
 
 namespace orvanta::test {
 namespace {
@@ -64,28 +66,87 @@ protected:
     AudioTapManager manager{rig.platformWith(rig.server, files)};
 };
 
-TEST_F(RecordedTap, IsInItsWAVFilesToTheBit) {
-    manager.setVolume(pid, 1.7F);
-    manager.setEQ(pid, 5, -7.0F);
-    manager.setCompressor(pid, CompressorPreset::broadcast);
-    manager.setCrossfeed(pid, 0.5F);
-    const RecordingFiles recorded = start(RecordingFormat::wav, RecordingMode::both);
-    const Samples played = play(300);
-    stop();
-    EXPECT_EQ(WavReader(recorded.wet.value()).samples(), played);
-    EXPECT_EQ(WavReader(recorded.dry.value()).samples(), Samples(played.size(), 0.5F));
-    EXPECT_THAT(errors(), IsEmpty());
+/// The same at every usual rate, with the tap's channels in one buffer and in two.
+class RecordedSignal : public testing::TestWithParam<std::tuple<double, embedded::BufferLayout>> {
+protected:
+    static constexpr int cycles = 300;
+
+    static EngineRig makeRig() {
+        auto speakers = EngineRig::speakersByDefault();
+        speakers.sampleRate = std::get<0>(GetParam());
+        return EngineRig({.tapLayout = std::get<1>(GetParam())}, speakers);
+    }
+
+    /// What the program plays, frame by frame.
+    [[nodiscard]] Samples signal() const {
+        Samples samples;
+        for (std::uint64_t frame = 0; frame < std::uint64_t{cycles} * EngineRig::frames; ++frame)
+            for (std::uint32_t channel = 0; channel < 2; ++channel)
+                samples.push_back(material(channel, frame));
+        return samples;
+    }
+
+    /// Records both sides of all that the program plays; answers what the device played.
+    Samples record(RecordingFormat format) {
+        rig.server.setSource(rig.program, embedded::samples(signal(), 2));
+        manager.createTap(pid);
+        manager.setVolume(pid, 1.7F);
+        manager.setEQ(pid, 5, -7.0F);
+        manager.setCompressor(pid, CompressorPreset::broadcast);
+        manager.setCrossfeed(pid, 0.5F);
+        recorded =
+            manager.startRecording(pid, "Player", format, folder.path(), RecordingMode::both);
+        Samples played;
+        for (int cycle = 0; cycle < cycles; ++cycle) {
+            const Samples heard = rig.nextCycle();
+            played.insert(played.end(), heard.begin(), heard.end());
+            rig.runLoop.advance(10ms);
+        }
+        manager.stopRecording(pid);
+        rig.runLoop.runUntilIdle();
+        return played;
+    }
+
+    TemporaryDirectory folder;
+    MediaFileWriter files;
+    EngineRig rig = makeRig();
+    AudioTapManager manager{rig.platformWith(rig.server, files)};
+    const Material material = wanderingTones(std::get<0>(GetParam()));
+    RecordingFiles recorded;
+};
+
+TEST_P(RecordedSignal, IsInItsWAVFilesToTheBit) {
+    const Samples played = record(RecordingFormat::wav);
+    WavReader wet(recorded.wet.value());
+    EXPECT_EQ(wet.sampleRate(), std::get<0>(GetParam()));
+    EXPECT_EQ(wet.samples(), played);
+    EXPECT_EQ(WavReader(recorded.dry.value()).samples(), signal());
+    EXPECT_NE(played, signal()) << "the chain was at work";
 }
 
-TEST_F(RecordedTap, IsInItsM4AFileFromTheFirstFrameToTheLast) {
-    const RecordingFiles recorded = start(RecordingFormat::m4a, RecordingMode::processed);
-    const Samples played = play(300);
-    stop();
-    const M4AContent content = readM4A(recorded.wet.value());
-    EXPECT_FALSE(content.isFragmented);
-    EXPECT_EQ(content.framesToHear(), std::ssize(played) / 2);
-    EXPECT_EQ(content.sampleRate, 48000U);
+TEST_P(RecordedSignal, IsInItsM4AFilesFromTheFirstFrameToTheLast) {
+    const Samples played = record(RecordingFormat::m4a);
+    for (const auto& path : {recorded.wet, recorded.dry}) {
+        const M4AContent content = readM4A(path.value());
+        EXPECT_FALSE(content.isFragmented);
+        EXPECT_EQ(content.framesToHear(), std::ssize(played) / 2);
+        EXPECT_EQ(content.sampleRate, std::get<0>(GetParam()));
+    }
+    const Samples heard = decoded(recorded.dry.value());
+    ASSERT_GE(heard.size(), played.size());
+    EXPECT_GT(signalToNoise(std::span(heard).first(played.size()), 2, material), kGoodEncoding);
 }
+
+INSTANTIATE_TEST_SUITE_P(RatesAndLayouts, RecordedSignal,
+                         testing::Combine(testing::Values(44100.0, 48000.0, 96000.0),
+                                          testing::Values(embedded::BufferLayout::interleaved,
+                                                          embedded::BufferLayout::planar)),
+                         [](const auto& test) {
+                             const bool isPlanar =
+                                 std::get<1>(test.param) == embedded::BufferLayout::planar;
+                             return std::to_string(static_cast<int>(std::get<0>(test.param))) +
+                                    (isPlanar ? "HzPlanar" : "HzInterleaved");
+                         });
 
 TEST_F(RecordedTap, NeverWritesOverAFile) {
     const RecordingFiles first = start(RecordingFormat::wav, RecordingMode::processed);
@@ -119,6 +180,28 @@ TEST_F(RecordedTap, IsRefusedAFolderThatCannotBe) {
                                      RecordingMode::processed),
               RecordingFiles{});
     EXPECT_THAT(errors(), testing::ElementsAre("Failed to create file: Not a directory"));
+}
+
+TEST_F(RecordedTap, IsRefusedAFolderThatMayNotBeWritten) {
+    EXPECT_EQ(manager.startRecording(pid, "Player", RecordingFormat::m4a, "/sys/kernel",
+                                     RecordingMode::processed),
+              RecordingFiles{});
+    EXPECT_THAT(errors(), testing::ElementsAre("Failed to create file: Permission denied"));
+}
+
+TEST_F(RecordedTap, SaysWhenTheEndOfItsFileFindsNoSpace) {
+    const SmallDisk disk(1 << 20);
+    if (disk.failure())
+        GTEST_SKIP() << *disk.failure();
+    const auto path = manager
+                          .startRecording(pid, "Player", RecordingFormat::m4a, disk.path(),
+                                          RecordingMode::processed)
+                          .wet.value();
+    play(200);
+    disk.fillUpTo(0);
+    stop();
+    EXPECT_THAT(errors(), testing::ElementsAre("Final drain write error: No space left on device"));
+    EXPECT_GT(readM4A(path).framesToHear(), 50'000);
 }
 
 TEST_F(RecordedTap, LeavesAReadableFileWhenTheTapIsRemoved) {

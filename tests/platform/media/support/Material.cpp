@@ -18,17 +18,17 @@ Material wanderingTones(double sampleRate) {
 }
 
 std::optional<std::string> writeMaterial(AudioFile& file, const Material& material,
-                                         std::uint32_t channels, std::uint64_t first,
-                                         std::uint64_t frames, std::size_t blockFrames) {
+                                         std::uint32_t channels, std::uint64_t start,
+                                         std::uint64_t length, std::size_t blockSize) {
     std::optional<std::string> reason;
     std::vector<std::vector<float>> block(channels);
-    for (std::uint64_t done = 0; done < frames;) {
-        const std::size_t count = std::min<std::uint64_t>(blockFrames, frames - done);
+    for (std::uint64_t done = 0; done < length;) {
+        const std::size_t count = std::min<std::uint64_t>(blockSize, length - done);
         std::vector<const float*> pointers;
         for (std::uint32_t channel = 0; channel < channels; ++channel) {
             block[channel].resize(count);
             for (std::size_t frame = 0; frame < count; ++frame)
-                block[channel][frame] = material(channel, first + done + frame);
+                block[channel][frame] = material(channel, start + done + frame);
             pointers.push_back(block[channel].data());
         }
         if (auto failure = file.write(pointers, count))
@@ -39,13 +39,13 @@ std::optional<std::string> writeMaterial(AudioFile& file, const Material& materi
 }
 
 double signalToNoise(std::span<const float> interleaved, std::uint32_t channels,
-                     const Material& material, std::uint64_t skip, std::uint64_t first) {
+                     const Material& material, std::uint64_t skip, std::uint64_t start) {
     double signal = 0;
     double noise = 0;
     for (std::size_t index = skip * channels; index < interleaved.size(); ++index) {
-        const double wanted =
-            material(static_cast<std::uint32_t>(index % channels), first + index / channels - skip);
-        const double difference = double{interleaved[index]} - wanted;
+        const auto channel = static_cast<std::uint32_t>(index % channels);
+        const auto wanted = static_cast<double>(material(channel, start + index / channels - skip));
+        const double difference = static_cast<double>(interleaved[index]) - wanted;
         signal += wanted * wanted;
         noise += difference * difference;
     }

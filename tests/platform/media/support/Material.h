@@ -24,14 +24,14 @@ Material wanderingTones(double sampleRate);
 constexpr double kGoodEncoding = 20;
 constexpr double kWrongPlace = 10;
 
-/// Hands over some frames of the material as so many blocks; returns the last reason for a failure.
+/// Hands over `length` frames of the material in blocks; returns the last reason for a failure.
 std::optional<std::string> writeMaterial(AudioFile& file, const Material& material,
-                                         std::uint32_t channels, std::uint64_t first,
-                                         std::uint64_t frames, std::size_t blockFrames = 4800);
+                                         std::uint32_t channels, std::uint64_t start,
+                                         std::uint64_t length, std::size_t blockSize = 4800);
 
 /// How far an interleaved recording lies above its difference from the material, in dB, all
-/// channels together. Its frame `skip` is held against the material's frame `first`.
+/// channels together. Its frame `skip` is held against the material's frame `start`.
 double signalToNoise(std::span<const float> interleaved, std::uint32_t channels,
-                     const Material& material, std::uint64_t skip = 0, std::uint64_t first = 0);
+                     const Material& material, std::uint64_t skip = 0, std::uint64_t start = 0);
 
 } // namespace orvanta::test

@@ -14,11 +14,11 @@ constexpr Seconds kPatience{120};
 } // namespace
 
 std::map<std::string, std::string> probed(const std::filesystem::path& path) {
+    const std::string entries = "stream=codec_name,sample_fmt,sample_rate,channels,start_pts,"
+                                "duration_ts,nb_frames:format=format_name,start_time,duration";
     const std::string output =
-        runToEnd({"ffprobe", "-v", "error", "-select_streams", "0", "-show_entries",
-                  "stream=codec_name,sample_fmt,sample_rate,channels,start_pts,duration_ts,"
-                  "nb_frames:format=format_name,start_time,duration",
-                  "-of", "flat=s=.", path.string()},
+        runToEnd({"ffprobe", "-v", "error", "-select_streams", "0", "-show_entries", entries, "-of",
+                  "flat=s=.", path.string()},
                  kPatience);
     std::map<std::string, std::string> words;
     std::istringstream lines(output);
