@@ -1,5 +1,7 @@
 #include "core/dsp/EQBand.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <cmath>
 

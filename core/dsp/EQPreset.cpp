@@ -1,5 +1,7 @@
 #include "core/dsp/EQPreset.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <cmath>
 #include <vector>

@@ -2,6 +2,8 @@
 
 #include "core/persistence/coding/RawValues.h"
 
+#include <nlohmann/json.hpp>
+
 #include <array>
 
 namespace orvanta {

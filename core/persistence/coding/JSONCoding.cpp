@@ -1,5 +1,7 @@
 #include "core/persistence/coding/JSONCoding.h"
 
+#include <nlohmann/json.hpp>
+
 #include <array>
 #include <charconv>
 #include <cmath>

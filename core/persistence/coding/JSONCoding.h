@@ -1,12 +1,12 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <stdexcept>
 #include <string>
 
 /// What all records share when they become JSON and come back. Records give the keys, in the order
-/// in which they are written.
+/// in which they are written. Headers declare only; who makes or takes JSON includes the library.
 namespace orvanta::coding {
 
 using JSON = nlohmann::ordered_json;

@@ -2,6 +2,8 @@
 
 #include "core/persistence/coding/JSONCoding.h"
 
+#include <nlohmann/json.hpp>
+
 #include <optional>
 #include <span>
 #include <string>

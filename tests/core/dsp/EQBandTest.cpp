@@ -1,6 +1,7 @@
 #include "core/dsp/EQBand.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <limits>
 

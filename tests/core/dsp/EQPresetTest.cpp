@@ -1,6 +1,7 @@
 #include "core/dsp/EQPreset.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <rapidcheck/gtest.h>
 
 #include <cmath>

@@ -1,6 +1,7 @@
 #include "core/persistence/coding/JSONCoding.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <cmath>
 #include <limits>
