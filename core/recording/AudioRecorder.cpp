@@ -47,12 +47,12 @@ std::optional<std::string> written(AudioFile& file, const PCMBuffer& buffer) {
 } // namespace
 
 AudioRecorder::AudioRecorder(double sampleRate, int channels, const Platform& platform)
-    : recorderLogger_(platform.systemLog, "recorder"),
+    : ring_(channels),
+      recorderLogger_(platform.systemLog, "recorder"),
       fileWriter_(platform.audioFileWriter),
       wallClock_(platform.wallClock),
       sampleRate_(sampleRate),
       channels_(channels),
-      ring_(channels),
       writerQueue_(platform.serialQueues.make("com.meridane.orvanta.audiorecorder",
                                               QualityOfService::utility)) {}
 

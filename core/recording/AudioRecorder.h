@@ -78,18 +78,17 @@ private:
     /// where there is no memory for them.
     std::optional<PCMBuffer> takeFrames(std::int64_t frames);
 
+    SampleRing ring_;
     const Logger recorderLogger_;
     AudioFileWriter& fileWriter_;
     const WallClock& wallClock_;
     const double sampleRate_;
-    const int channels_;
-
-    SampleRing ring_;
-    std::atomic<State> state_{State::idle};
     std::optional<WallTime> startTime_;
     Seconds startInstant_{}; ///< on the writer queue's clock
     std::optional<std::filesystem::path> fileURL_;
     std::shared_ptr<AudioFile> audioFile_;
+    const int channels_;
+    std::atomic<State> state_{State::idle};
     bool mayOweFinalDrain_ = false; ///< one was posted since the last start
 
     // The last members: a task of the queue uses the others, and the queue's end waits for it.

@@ -74,11 +74,11 @@ private:
     [[nodiscard]] std::int64_t framesUntilEnd(std::int64_t position) const noexcept;
     [[nodiscard]] float* place(std::int64_t position) const noexcept;
 
-    const std::int64_t channels_;
-    const std::unique_ptr<float[]> ringBuffer_;
-    // Apart, so that the two sides share no cache line but by reading the other's counter.
+    // What each side writes stands in a cache line of its own.
     alignas(64) std::atomic<Head> head_{0};
     Block block_;
+    const std::int64_t channels_;
+    const std::unique_ptr<float[]> ringBuffer_;
     alignas(64) std::atomic<std::int64_t> tail_{0};
 };
 

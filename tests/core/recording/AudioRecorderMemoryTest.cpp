@@ -21,6 +21,14 @@ void* operator new[](std::size_t size) {
     return ::operator new(size);
 }
 
+void operator delete[](void* memory) noexcept {
+    ::operator delete(memory);
+}
+
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
+    ::operator delete(memory);
+}
+
 namespace orvanta::test {
 namespace {
 

@@ -43,7 +43,7 @@ protected:
         recorder->writeInterleavedSamples(samples.data(), std::ssize(samples) / 2, 2);
     }
 
-    Samples written(const std::optional<Path>& path) {
+    [[nodiscard]] Samples written(const std::optional<Path>& path) const {
         return fakes.audioFiles.file(path.value()).interleaved();
     }
 

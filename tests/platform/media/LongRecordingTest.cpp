@@ -31,7 +31,8 @@ float left(std::int64_t frame) {
 }
 
 float right(std::int64_t frame) {
-    return static_cast<float>(frame / 16384) / 32768.0F;
+    const std::int64_t round = frame / 16384;
+    return static_cast<float>(round) / 32768.0F;
 }
 
 long residentKiB() {
