@@ -328,14 +328,20 @@ TEST_F(TapRecording, IsFinishedWhenItsTapIsRemoved) {
     }
 }
 
-TEST(TapRecordingOfAPausedProgram, CarriesItsSilence) {
-    embedded::ServerSettings settings;
-    settings.restsWhenStepped = true;
-    EngineRig rig(settings);
-    const TemporaryDirectory folder;
-    rig.manager->createTap(pid);
-    rig.server.step(rig.speakers, 10);
-    rig.server.pauseProgram(rig.program);
+/// The tap gets cycles until it is at rest.
+class TapRecordingOfAPausedProgram : public testing::Test {
+protected:
+    TapRecordingOfAPausedProgram() {
+        rig.manager->createTap(pid);
+        rig.server.step(rig.speakers, 10);
+        rig.server.pauseProgram(rig.program);
+    }
+
+    TemporaryDirectory folder;
+    EngineRig rig{{.restsWhenStepped = true}};
+};
+
+TEST_F(TapRecordingOfAPausedProgram, CarriesItsSilence) {
     rig.server.step(rig.speakers, 300);
     const std::uint64_t atRest = rig.manager->getCallbackCount(pid);
     const auto files = rig.manager->startRecording(pid, "Music", RecordingFormat::wav,
@@ -350,14 +356,7 @@ TEST(TapRecordingOfAPausedProgram, CarriesItsSilence) {
     EXPECT_EQ(rig.manager->getCallbackCount(pid), atRest + 100) << "and at rest again";
 }
 
-TEST(TapRecordingOfAPausedProgram, WakesATapThatComesToRestWhileTheFileIsMade) {
-    embedded::ServerSettings settings;
-    settings.restsWhenStepped = true;
-    EngineRig rig(settings);
-    const TemporaryDirectory folder;
-    rig.manager->createTap(pid);
-    rig.server.step(rig.speakers, 10);
-    rig.server.pauseProgram(rig.program);
+TEST_F(TapRecordingOfAPausedProgram, WakesATapThatComesToRestWhileTheFileIsMade) {
     rig.audioFiles.beforeEachCreate([&] { rig.server.step(rig.speakers, 300); });
     rig.server.journal().clear();
     rig.manager->startRecording(pid, "Music", RecordingFormat::wav, folder.path(),

@@ -189,21 +189,6 @@ TEST_F(RecordedTap, IsRefusedAFolderThatMayNotBeWritten) {
     EXPECT_THAT(errors(), testing::ElementsAre("Failed to create file: Permission denied"));
 }
 
-TEST_F(RecordedTap, SaysWhenTheEndOfItsFileFindsNoSpace) {
-    const SmallDisk disk(1 << 20);
-    if (disk.failure())
-        GTEST_SKIP() << *disk.failure();
-    const auto path = manager
-                          .startRecording(pid, "Player", RecordingFormat::m4a, disk.path(),
-                                          RecordingMode::processed)
-                          .wet.value();
-    play(200);
-    disk.fillUpTo(0);
-    stop();
-    EXPECT_THAT(errors(), testing::ElementsAre("Final drain write error: No space left on device"));
-    EXPECT_GT(readM4A(path).framesToHear(), 50'000);
-}
-
 TEST_F(RecordedTap, LeavesAReadableFileWhenTheTapIsRemoved) {
     for (const RecordingFormat format : allRecordingFormats()) {
         manager.createTap(pid);
@@ -215,14 +200,32 @@ TEST_F(RecordedTap, LeavesAReadableFileWhenTheTapIsRemoved) {
     }
 }
 
-TEST_F(RecordedTap, GoesOnWithAGapOnADiskThatWasFullForAWhile) {
-    const SmallDisk disk(1 << 20);
-    if (disk.failure())
-        GTEST_SKIP() << *disk.failure();
-    const auto path = manager
-                          .startRecording(pid, "Player", RecordingFormat::wav, disk.path(),
-                                          RecordingMode::processed)
-                          .wet.value();
+class RecordedTapOnASmallDisk : public RecordedTap {
+protected:
+    void SetUp() override {
+        if (disk.failure())
+            GTEST_SKIP() << *disk.failure();
+    }
+
+    Path startOnDisk(RecordingFormat format) {
+        return manager.startRecording(pid, "Player", format, disk.path(), RecordingMode::processed)
+            .wet.value();
+    }
+
+    const SmallDisk disk{1 << 20};
+};
+
+TEST_F(RecordedTapOnASmallDisk, SaysWhenTheEndOfItsFileFindsNoSpace) {
+    const Path path = startOnDisk(RecordingFormat::m4a);
+    play(200);
+    disk.fillUpTo(0);
+    stop();
+    EXPECT_THAT(errors(), testing::ElementsAre("Final drain write error: No space left on device"));
+    EXPECT_GT(readM4A(path).framesToHear(), 50'000);
+}
+
+TEST_F(RecordedTapOnASmallDisk, GoesOnWithAGapOnADiskThatWasFullForAWhile) {
+    const Path path = startOnDisk(RecordingFormat::wav);
     play(50);
     disk.fillUpTo(0);
     play(50);
