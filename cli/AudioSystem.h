@@ -5,6 +5,7 @@
 #include "platform/media/MediaFileWriter.h"
 #include "platform/runloop/SystemWallClock.h"
 #include "platform/runloop/ThreadSerialQueue.h"
+#include "platform/runloop/WorkerRunLoop.h"
 
 #include <memory>
 
@@ -15,7 +16,7 @@ namespace orvanta::cli {
 class AudioSystem {
 public:
     /// `log` must outlive it.
-    explicit AudioSystem(SystemLog& log) : log_(log) {}
+    explicit AudioSystem(SystemLog& log) : log_(log) { mainRunLoop_.start("main"); }
 
     AudioSystem(const AudioSystem&) = delete;
     AudioSystem& operator=(const AudioSystem&) = delete;
@@ -28,11 +29,13 @@ public:
 protected:
     [[nodiscard]] Platform platformWith(AudioHardware& hardware, ProcessTable& processes,
                                         Workspace& workspace) {
-        return {hardware, processes, workspace, log_, serialQueues_, wallClock_, audioFiles_};
+        return {hardware,     processes,     workspace,  log_,
+                mainRunLoop_, serialQueues_, wallClock_, audioFiles_};
     }
 
 private:
     SystemLog& log_;
+    WorkerRunLoop mainRunLoop_;
     ThreadSerialQueues serialQueues_;
     SystemWallClock wallClock_;
     MediaFileWriter audioFiles_;

@@ -7,8 +7,8 @@ namespace orvanta {
 IconRef lookUpIcon(const Workspace& workspace, const std::optional<std::string>& bundleIdentifier,
                    std::int32_t pid) {
     if (bundleIdentifier)
-        if (IconRef icon = workspace.iconForBundleIdentifier(*bundleIdentifier))
-            return icon;
+        if (const auto place = workspace.urlForApplication(*bundleIdentifier))
+            return workspace.iconForFile(*place);
     const auto application = workspace.runningApplication(pid);
     return application ? application->icon : nullptr;
 }

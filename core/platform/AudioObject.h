@@ -56,12 +56,16 @@ inline constexpr auto kAudioProcessPropertyIsRunning = fourCharCode("pir?");
 inline constexpr auto kAudioDevicePropertyDeviceUID = fourCharCode("uid ");
 /// String for people to read.
 inline constexpr auto kAudioObjectPropertyName = fourCharCode("lnam");
+/// String for people to read, often empty.
+inline constexpr auto kAudioObjectPropertyManufacturer = fourCharCode("lmak");
 /// UInt32, one of kAudioDeviceTransportType….
 inline constexpr auto kAudioDevicePropertyTransportType = fourCharCode("tran");
 /// Float64, Hz.
 inline constexpr auto kAudioDevicePropertyNominalSampleRate = fourCharCode("nsrt");
 /// Array of AudioObjectID by scope; the core reads its size only.
 inline constexpr auto kAudioDevicePropertyStreams = fourCharCode("stm#");
+/// One buffer without samples for each stream of a scope, see StreamConfiguration.h.
+inline constexpr auto kAudioDevicePropertyStreamConfiguration = fourCharCode("slay");
 /// Float32 from 0 to 1, output scope; element 0 is the device, 1 and 2 its first two channels.
 inline constexpr auto kAudioDevicePropertyVolumeScalar = fourCharCode("volm");
 /// Array of AudioObjectID: the sub-devices of an aggregate that are alive.

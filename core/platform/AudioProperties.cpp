@@ -1,6 +1,10 @@
 #include "core/platform/AudioProperties.h"
 
+#include "core/platform/StreamConfiguration.h"
+
 #include <algorithm>
+#include <cstddef>
+#include <span>
 
 namespace orvanta {
 namespace {
@@ -63,6 +67,18 @@ std::vector<AudioObjectID> readObjectList(AudioHardware& hardware, AudioObjectID
 std::optional<AudioStreamBasicDescription> readTapFormat(AudioHardware& hardware,
                                                          AudioObjectID tap) {
     return readValue<AudioStreamBasicDescription>(hardware, tap, {kAudioTapPropertyFormat});
+}
+
+std::optional<std::uint64_t> readChannelCount(AudioHardware& hardware, AudioObjectID device,
+                                              AudioObjectPropertyScope scope) {
+    const AudioObjectPropertyAddress address{kAudioDevicePropertyStreamConfiguration, scope};
+    std::uint32_t size = 0;
+    if (hardware.getPropertyDataSize(device, address, size) != noErr)
+        return std::nullopt;
+    std::vector<std::byte> data(size);
+    if (hardware.getPropertyData(device, address, size, data.data()) != noErr)
+        return std::nullopt;
+    return channelCount(std::span(data).first(std::min<std::size_t>(size, data.size())));
 }
 
 std::vector<AudioObjectID> deviceList(AudioHardware& hardware) {

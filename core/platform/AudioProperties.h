@@ -30,6 +30,10 @@ std::vector<AudioObjectID> readObjectList(AudioHardware& hardware, AudioObjectID
 std::optional<AudioStreamBasicDescription> readTapFormat(AudioHardware& hardware,
                                                          AudioObjectID tap);
 
+/// Channels of all streams of a scope; nothing when size or data cannot be read.
+std::optional<std::uint64_t> readChannelCount(AudioHardware& hardware, AudioObjectID device,
+                                              AudioObjectPropertyScope scope);
+
 /// Every device, in the system's order.
 std::vector<AudioObjectID> deviceList(AudioHardware& hardware);
 

@@ -3,6 +3,7 @@
 #include "core/platform/AudioFileWriter.h"
 #include "core/platform/AudioHardware.h"
 #include "core/platform/ProcessTable.h"
+#include "core/platform/RunLoop.h"
 #include "core/platform/SerialQueue.h"
 #include "core/platform/SystemLog.h"
 #include "core/platform/WallClock.h"
@@ -17,6 +18,7 @@ struct Platform {
     ProcessTable& processTable;
     Workspace& workspace;
     SystemLog& systemLog;
+    RunLoop& mainRunLoop;
     SerialQueues& serialQueues;
     WallClock& wallClock;
     AudioFileWriter& audioFileWriter;

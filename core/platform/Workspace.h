@@ -1,13 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace orvanta {
 
-/// A picture the core passes on without looking at it.
+/// A picture that the core passes on without looking at it; views draw its file.
 class Icon {
 public:
     Icon() = default;
@@ -17,6 +19,11 @@ public:
 
     /// Equal keys mean the same picture.
     [[nodiscard]] virtual std::string cacheKey() const = 0;
+
+    /// The file that looks best in a square of so many pixels; nothing where there is none.
+    [[nodiscard]] virtual std::optional<std::filesystem::path> imageFile(int /*pixels*/) const {
+        return std::nullopt;
+    }
 };
 
 using IconRef = std::shared_ptr<const Icon>;
@@ -40,13 +47,20 @@ public:
     Workspace& operator=(const Workspace&) = delete;
     virtual ~Workspace() = default;
 
+    /// All running applications, a process each, in the desktop's own order.
+    [[nodiscard]] virtual std::vector<RunningApplication> runningApplications() const = 0;
+
     /// Nothing for a process that is no application.
     [[nodiscard]] virtual std::optional<RunningApplication>
     runningApplication(std::int32_t pid) const = 0;
 
-    /// Icon of an installed application; null when it is not installed or has none.
-    [[nodiscard]] virtual IconRef
-    iconForBundleIdentifier(const std::string& bundleIdentifier) const = 0;
+    /// URLForApplicationWithBundleIdentifier: the file or folder that stands for the application
+    /// where it is installed; nothing where it is not.
+    [[nodiscard]] virtual std::optional<std::filesystem::path>
+    urlForApplication(const std::string& bundleIdentifier) const = 0;
+
+    /// Icon of what `urlForApplication` has answered; null when it has none.
+    [[nodiscard]] virtual IconRef iconForFile(const std::filesystem::path& file) const = 0;
 };
 
 } // namespace orvanta

@@ -26,6 +26,7 @@ struct VolumeElement {
 struct DeviceSettings {
     std::string uid = {};
     std::string name = {};
+    std::string manufacturer = {};
     FourCharCode transport = kAudioDeviceTransportTypeBuiltIn;
     /// Hz.
     double sampleRate = 48000;

@@ -11,12 +11,20 @@ using embedded::ProgramState;
 
 namespace {
 
+/// Where applications are installed.
+const std::filesystem::path kApplications = "/embedded/applications";
+
 IconRef iconOf(std::int32_t pid, const std::optional<std::string>& bundleIdentifier) {
     return std::make_shared<EmbeddedIcon>(bundleIdentifier.value_or("pid:" + std::to_string(pid)));
 }
 
 bool isApplication(const ProgramState& program) {
     return program.settings.policy.has_value();
+}
+
+RunningApplication applicationOf(const ProgramSettings& settings) {
+    return {settings.pid, settings.name, settings.bundleIdentifier, *settings.policy,
+            iconOf(settings.pid, settings.bundleIdentifier)};
 }
 
 } // namespace
@@ -53,22 +61,40 @@ std::optional<RunningApplication> EmbeddedWorkspace::runningApplication(std::int
         if (found != applications_.end())
             return found->second;
     }
-    for (const ProgramState& program : server_.programs()) {
-        const ProgramSettings& settings = program.settings;
-        if (settings.pid == pid && isApplication(program)) {
-            return RunningApplication{pid, settings.name, settings.bundleIdentifier,
-                                      *settings.policy, iconOf(pid, settings.bundleIdentifier)};
-        }
-    }
+    for (const ProgramState& program : server_.programs())
+        if (program.settings.pid == pid && isApplication(program))
+            return applicationOf(program.settings);
     return std::nullopt;
 }
 
-IconRef EmbeddedWorkspace::iconForBundleIdentifier(const std::string& bundleIdentifier) const {
+std::vector<RunningApplication> EmbeddedWorkspace::runningApplications() const {
+    const auto programs = server_.programs();
+    const std::scoped_lock guard(mutex_);
+    std::vector<RunningApplication> applications;
+    std::set<std::int32_t> known;
+    for (const ProgramState& program : programs) {
+        const std::int32_t pid = program.settings.pid;
+        if (isApplication(program) && !applications_.contains(pid) && known.insert(pid).second)
+            applications.push_back(applicationOf(program.settings));
+    }
+    for (const auto& [pid, application] : applications_)
+        applications.push_back(application);
+    return applications;
+}
+
+std::optional<std::filesystem::path>
+EmbeddedWorkspace::urlForApplication(const std::string& bundleIdentifier) const {
     const std::scoped_lock guard(mutex_);
     const bool known = installed_.contains(bundleIdentifier) || runs(bundleIdentifier);
     if (!known || uninstalled_.contains(bundleIdentifier))
+        return std::nullopt;
+    return kApplications / bundleIdentifier;
+}
+
+IconRef EmbeddedWorkspace::iconForFile(const std::filesystem::path& file) const {
+    if (file.parent_path() != kApplications)
         return nullptr;
-    return std::make_shared<EmbeddedIcon>(bundleIdentifier);
+    return std::make_shared<EmbeddedIcon>(file.filename().string());
 }
 
 bool EmbeddedWorkspace::runs(const std::string& bundleIdentifier) const {

@@ -25,8 +25,8 @@ private:
 /// script adds. Safe from all threads.
 ///
 /// The applications of the running programs count as installed, so their bundle identifiers have
-/// icons, whose keys are the identifiers. A running application without an identifier has an icon
-/// with the key "pid:<pid>".
+/// places and icons, whose keys are the identifiers. A running application without an identifier
+/// has an icon with the key "pid:<pid>".
 class EmbeddedWorkspace final : public Workspace {
 public:
     /// `server` must outlive the workspace.
@@ -39,13 +39,18 @@ public:
 
     /// An application that need not run.
     void install(const std::string& bundleIdentifier);
-    /// Takes the icon away, also from one that runs.
+    /// Takes place and icon away, also from one that runs.
     void uninstall(const std::string& bundleIdentifier);
 
+    /// The server's programs in their order, then what the script has added, by pid.
+    [[nodiscard]] std::vector<RunningApplication> runningApplications() const override;
     [[nodiscard]] std::optional<RunningApplication>
     runningApplication(std::int32_t pid) const override;
-    [[nodiscard]] IconRef
-    iconForBundleIdentifier(const std::string& bundleIdentifier) const override;
+    /// A path made of the identifier.
+    [[nodiscard]] std::optional<std::filesystem::path>
+    urlForApplication(const std::string& bundleIdentifier) const override;
+    /// Takes what `urlForApplication` gives.
+    [[nodiscard]] IconRef iconForFile(const std::filesystem::path& file) const override;
 
 private:
     [[nodiscard]] bool runs(const std::string& bundleIdentifier) const;

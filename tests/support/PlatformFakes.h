@@ -26,7 +26,7 @@ struct PlatformFakes {
 
     /// With files of another kind.
     [[nodiscard]] Platform platformWith(AudioHardware& hardware, AudioFileWriter& files) {
-        return {hardware, processTable, workspace, log, serialQueues, wallClock, files};
+        return {hardware, processTable, workspace, log, runLoop, serialQueues, wallClock, files};
     }
 };
 

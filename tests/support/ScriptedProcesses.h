@@ -54,7 +54,22 @@ private:
 class ScriptedWorkspace final : public Workspace {
 public:
     std::map<std::int32_t, RunningApplication> applications;
-    std::map<std::string, IconRef> installedIcons;
+    /// Where an application is installed, by bundle identifier.
+    std::map<std::string, std::filesystem::path> installed;
+    std::map<std::filesystem::path, IconRef> icons;
+
+    /// An application with an icon that is named after it.
+    void install(const std::string& bundleIdentifier, const std::string& iconKey) {
+        installed[bundleIdentifier] = "/apps/" + bundleIdentifier;
+        icons["/apps/" + bundleIdentifier] = std::make_shared<KeyIcon>(iconKey);
+    }
+
+    [[nodiscard]] std::vector<RunningApplication> runningApplications() const override {
+        std::vector<RunningApplication> all;
+        for (const auto& [pid, application] : applications)
+            all.push_back(application);
+        return all;
+    }
 
     [[nodiscard]] std::optional<RunningApplication>
     runningApplication(std::int32_t pid) const override {
@@ -62,9 +77,15 @@ public:
         return entry == applications.end() ? std::nullopt : std::optional(entry->second);
     }
 
-    [[nodiscard]] IconRef iconForBundleIdentifier(const std::string& identifier) const override {
-        const auto entry = installedIcons.find(identifier);
-        return entry == installedIcons.end() ? nullptr : entry->second;
+    [[nodiscard]] std::optional<std::filesystem::path>
+    urlForApplication(const std::string& bundleIdentifier) const override {
+        const auto entry = installed.find(bundleIdentifier);
+        return entry == installed.end() ? std::nullopt : std::optional(entry->second);
+    }
+
+    [[nodiscard]] IconRef iconForFile(const std::filesystem::path& file) const override {
+        const auto entry = icons.find(file);
+        return entry == icons.end() ? nullptr : entry->second;
     }
 };
 

@@ -61,7 +61,9 @@ OSStatus ObjectSpace::createAggregate(const AggregateDeviceDescription& descript
     aggregate->volumeControls = std::make_shared<VolumeControls>(settings_.aggregateVolumes);
     const std::size_t streamsOfTap = settings_.tapLayout == BufferLayout::planar ? 2 : 1;
     aggregate->inputStreams = newIDs(tapped.size() * streamsOfTap);
+    aggregate->inputChannels = static_cast<std::uint32_t>(tapped.size() * 2);
     aggregate->outputStreams = newIDs(main != nullptr ? main->outputStreams.size() : 0);
+    aggregate->outputChannels = main != nullptr ? main->outputChannels : 0;
     outDevice = aggregate->id;
     aggregates_.push_back(std::move(aggregate));
     changes.notify(kAudioObjectSystemObject, kAudioHardwarePropertyDevices);

@@ -44,7 +44,9 @@ AudioObjectID ObjectSpace::addDevice(const DeviceSettings& wanted, std::uint64_t
     device->sampleRate = settings.sampleRate;
     device->volumes = settings.volumes;
     device->outputStreams = newIDs(streamCount(settings));
+    device->outputChannels = settings.channels;
     device->inputStreams = newIDs(settings.inputStreams);
+    device->inputChannels = settings.inputStreams;
     device->io = std::make_shared<DeviceIO>(nowNs, settings.sampleRate, settings.volumes);
     if (settings.keepsPlayed)
         device->tape = std::make_shared<Tape>(settings.channels);

@@ -1,13 +1,18 @@
 #include "platform/embedded/objects/DeviceProperties.h"
 
+#include "core/platform/StreamConfiguration.h"
+
 namespace orvanta::embedded {
 
 namespace {
+
+const std::string kNoManufacturer;
 
 /// What devices and aggregates keep in different places.
 struct Description {
     const std::string& uid;
     const std::string& name;
+    const std::string& manufacturer;
     FourCharCode transport;
     bool sampleRateSettable;
 };
@@ -23,6 +28,24 @@ std::optional<Property> readStreams(const DeviceRecord& record, AudioObjectPrope
         both.insert(both.end(), record.outputStreams.begin(), record.outputStreams.end());
         return Property{both};
     }
+    default:
+        return std::nullopt;
+    }
+}
+
+/// Streams of one side share its channels alike: one stream with all, or all with one.
+std::vector<std::byte> configurationOf(std::size_t streams, std::uint32_t channels) {
+    const auto each = streams == 0 ? 0 : channels / static_cast<std::uint32_t>(streams);
+    return streamConfiguration(std::vector<std::uint32_t>(streams, each));
+}
+
+std::optional<Property> readStreamConfiguration(const DeviceRecord& record,
+                                                AudioObjectPropertyScope scope) {
+    switch (scope) {
+    case kAudioObjectPropertyScopeInput:
+        return Property{configurationOf(record.inputStreams.size(), record.inputChannels)};
+    case kAudioObjectPropertyScopeOutput:
+        return Property{configurationOf(record.outputStreams.size(), record.outputChannels)};
     default:
         return std::nullopt;
     }
@@ -44,6 +67,8 @@ std::optional<Property> readAnyDevice(const DeviceRecord& record, const Descript
         return std::nullopt;
     if (address.mSelector == kAudioDevicePropertyStreams)
         return readStreams(record, address.mScope);
+    if (address.mSelector == kAudioDevicePropertyStreamConfiguration)
+        return readStreamConfiguration(record, address.mScope);
     if (address.mScope != kAudioObjectPropertyScopeGlobal)
         return std::nullopt;
     switch (address.mSelector) {
@@ -51,6 +76,8 @@ std::optional<Property> readAnyDevice(const DeviceRecord& record, const Descript
         return Property{description.uid};
     case kAudioObjectPropertyName:
         return Property{description.name};
+    case kAudioObjectPropertyManufacturer:
+        return Property{description.manufacturer};
     case kAudioDevicePropertyTransportType:
         return Property{description.transport};
     case kAudioDevicePropertyNominalSampleRate:
@@ -65,9 +92,10 @@ std::optional<Property> readAnyDevice(const DeviceRecord& record, const Descript
 std::optional<Property> readDevice(const Device& device,
                                    const AudioObjectPropertyAddress& address) {
     const DeviceSettings& settings = device.settings;
-    return readAnyDevice(
-        device, {settings.uid, settings.name, settings.transport, settings.sampleRateSettable},
-        address);
+    return readAnyDevice(device,
+                         {settings.uid, settings.name, settings.manufacturer, settings.transport,
+                          settings.sampleRateSettable},
+                         address);
 }
 
 std::optional<Property> readAggregate(const ObjectSpace& space, const Aggregate& aggregate,
@@ -77,7 +105,8 @@ std::optional<Property> readAggregate(const ObjectSpace& space, const Aggregate&
         return Property{space.activeSubDevices(aggregate)};
     const AggregateDeviceDescription& description = aggregate.description;
     return readAnyDevice(aggregate,
-                         {description.uid, description.name, kAudioDeviceTransportTypeAggregate,
+                         {description.uid, description.name, kNoManufacturer,
+                          kAudioDeviceTransportTypeAggregate,
                           space.settings().aggregateSampleRateSettable},
                          address);
 }

@@ -28,6 +28,9 @@ struct DeviceRecord {
     std::vector<VolumeElement> volumes;
     std::vector<AudioObjectID> inputStreams;
     std::vector<AudioObjectID> outputStreams;
+    /// Of all streams of that side together.
+    std::uint32_t inputChannels = 0;
+    std::uint32_t outputChannels = 0;
     std::vector<IOProc> procs;
 
     [[nodiscard]] IOProc* proc(AudioDeviceIOProcID procID);

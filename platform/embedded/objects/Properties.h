@@ -15,7 +15,8 @@ struct Property {
 };
 
 /// Nothing when the object has no such property. Scope and element count: all is global and of
-/// element 0 but the streams (input, output, or global for both), the volumes (output, elements as
+/// element 0 but the streams (input, output, or global for both) and their configuration (input or
+/// output), the volumes (output, elements as
 /// the device has them) and the active sub-devices (any scope).
 std::optional<Property> readProperty(const ObjectSpace& space, AudioObjectID object,
                                      const AudioObjectPropertyAddress& address);

@@ -14,7 +14,8 @@ std::span<const std::byte> bytesOf(const PropertyValue& value) {
             using Held = std::decay_t<decltype(held)>;
             if constexpr (std::is_same_v<Held, std::string>)
                 return {};
-            else if constexpr (std::is_same_v<Held, std::vector<AudioObjectID>>)
+            else if constexpr (std::is_same_v<Held, std::vector<AudioObjectID>> ||
+                               std::is_same_v<Held, std::vector<std::byte>>)
                 return std::as_bytes(std::span(held));
             else
                 return std::as_bytes(std::span(&held, 1));

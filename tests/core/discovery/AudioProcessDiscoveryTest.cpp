@@ -67,7 +67,7 @@ TEST_F(Discovery, ARunningApplicationGivesItsNameBundleAndIcon) {
     workspace.applications[10] = {.processIdentifier = 10,
                                   .localizedName = "Music Box",
                                   .bundleIdentifier = "org.example.musicbox"};
-    workspace.installedIcons["org.example.musicbox"] = std::make_shared<KeyIcon>("box");
+    workspace.install("org.example.musicbox", "box");
     processes.names[10] = "musicboxd";
     const auto apps = discover();
     ASSERT_EQ(apps.size(), 1U);

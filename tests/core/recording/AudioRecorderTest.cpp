@@ -316,7 +316,7 @@ TEST_F(Recorder, HasAUtilityQueueOfItsOwn) {
     };
 
     Queues queues(fakes.serialQueues);
-    const Platform platform{server, fakes.processTable, fakes.workspace, fakes.log,
+    const Platform platform{server, fakes.processTable, fakes.workspace, fakes.log, fakes.runLoop,
                             queues, fakes.wallClock,    fakes.audioFiles};
     const AudioRecorder first(48000.0, 2, platform);
     const AudioRecorder second(48000.0, 2, platform);

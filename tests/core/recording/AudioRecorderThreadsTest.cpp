@@ -96,7 +96,7 @@ private:
 class RecorderThreads : public testing::Test {
 protected:
     [[nodiscard]] Platform platform() {
-        return {server, fakes.processTable, fakes.workspace, fakes.log,
+        return {server, fakes.processTable, fakes.workspace, fakes.log, fakes.runLoop,
                 queues, fakes.wallClock,    fakes.audioFiles};
     }
 

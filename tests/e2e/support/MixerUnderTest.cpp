@@ -19,8 +19,9 @@ constexpr Seconds bound{10};
 
 MixerUnderTest::MixerUnderTest()
     : hardware_({}, log_),
-      manager_(
-          {hardware_, processTable_, workspace_, log_, serialQueues_, wallClock_, audioFiles_}) {
+      manager_({hardware_, processTable_, workspace_, log_, mainRunLoop_, serialQueues_, wallClock_,
+                audioFiles_}) {
+    mainRunLoop_.start("main");
     if (!eventually(bound, [this] { return hardware_.isServerReachable(); }))
         throw std::runtime_error("no server answers the mixer" + logText());
 }

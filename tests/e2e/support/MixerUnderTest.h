@@ -7,6 +7,7 @@
 #include "platform/pipewire/PipeWireAudioHardware.h"
 #include "platform/runloop/SystemWallClock.h"
 #include "platform/runloop/ThreadSerialQueue.h"
+#include "platform/runloop/WorkerRunLoop.h"
 #include "tests/e2e/support/Waiting.h"
 #include "tests/support/RecordingLog.h"
 
@@ -45,6 +46,7 @@ private:
     PipeWireAudioHardware hardware_;
     ProcProcessTable processTable_;
     NoWorkspace workspace_;
+    WorkerRunLoop mainRunLoop_;
     ThreadSerialQueues serialQueues_;
     SystemWallClock wallClock_;
     MediaFileWriter audioFiles_;

@@ -7,6 +7,7 @@
 namespace orvanta::embedded {
 namespace {
 
+using testing::ElementsAre;
 using testing::Eq;
 using testing::Optional;
 
@@ -15,6 +16,12 @@ protected:
     EmbeddedAudioServer server;
     EmbeddedProcessTable processes{server};
     EmbeddedWorkspace workspace{server};
+
+    /// Key of an installed application's icon.
+    [[nodiscard]] std::string installedIcon(const std::string& bundleIdentifier) const {
+        const auto place = workspace.urlForApplication(bundleIdentifier);
+        return place ? workspace.iconForFile(*place)->cacheKey() : "none";
+    }
 };
 
 TEST_F(EmbeddedDesktop, ProgramsAreProcessesAndApplications) {
@@ -34,8 +41,7 @@ TEST_F(EmbeddedDesktop, ProgramsAreProcessesAndApplications) {
     EXPECT_EQ(application->bundleIdentifier, "org.example.player");
     EXPECT_EQ(application->activationPolicy, ActivationPolicy::regular);
     EXPECT_EQ(application->icon->cacheKey(), "org.example.player");
-    EXPECT_EQ(workspace.iconForBundleIdentifier("org.example.player")->cacheKey(),
-              "org.example.player");
+    EXPECT_EQ(installedIcon("org.example.player"), "org.example.player");
 }
 
 TEST_F(EmbeddedDesktop, UnknownProcessesAreNothing) {
@@ -43,7 +49,8 @@ TEST_F(EmbeddedDesktop, UnknownProcessesAreNothing) {
     EXPECT_FALSE(processes.path(5));
     EXPECT_FALSE(processes.parent(5));
     EXPECT_FALSE(workspace.runningApplication(5));
-    EXPECT_EQ(workspace.iconForBundleIdentifier("org.example.nothing"), nullptr);
+    EXPECT_EQ(installedIcon("org.example.nothing"), "none");
+    EXPECT_EQ(workspace.iconForFile("/usr/bin/nothing"), nullptr);
 }
 
 TEST_F(EmbeddedDesktop, APolicyOfNoneMakesAProgramNoApplication) {
@@ -52,7 +59,7 @@ TEST_F(EmbeddedDesktop, APolicyOfNoneMakesAProgramNoApplication) {
                        .bundleIdentifier = "org.example.daemon",
                        .policy = std::nullopt});
     EXPECT_FALSE(workspace.runningApplication(100));
-    EXPECT_EQ(workspace.iconForBundleIdentifier("org.example.daemon"), nullptr);
+    EXPECT_EQ(installedIcon("org.example.daemon"), "none");
     EXPECT_THAT(processes.name(100), Optional(Eq("daemon")));
 }
 
@@ -94,9 +101,22 @@ TEST_F(EmbeddedDesktop, AScriptMayAddApplicationsAndInstallThem) {
     EXPECT_FALSE(workspace.runningApplication(7));
 
     workspace.install("org.example.editor");
-    EXPECT_NE(workspace.iconForBundleIdentifier("org.example.editor"), nullptr);
+    EXPECT_EQ(installedIcon("org.example.editor"), "org.example.editor");
     workspace.uninstall("org.example.editor");
-    EXPECT_EQ(workspace.iconForBundleIdentifier("org.example.editor"), nullptr);
+    EXPECT_EQ(installedIcon("org.example.editor"), "none");
+}
+
+TEST_F(EmbeddedDesktop, ASnapshotHoldsEveryApplicationOnce) {
+    server.addProgram({.pid = 300, .name = "Browser"});
+    server.addProgram({.pid = 100, .name = "Player"});
+    server.addProgram({.pid = 300, .name = "Browser, second object"});
+    server.addProgram({.pid = 50, .name = "daemon", .policy = std::nullopt});
+    workspace.add({.processIdentifier = 100, .localizedName = "Stand-in"});
+    workspace.add({.processIdentifier = 7, .localizedName = "Editor"});
+    std::vector<std::string> names;
+    for (const RunningApplication& application : workspace.runningApplications())
+        names.push_back(*application.localizedName);
+    EXPECT_THAT(names, ElementsAre("Browser", "Editor", "Stand-in"));
 }
 
 } // namespace

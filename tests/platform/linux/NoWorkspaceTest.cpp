@@ -10,7 +10,9 @@ namespace {
 TEST(NoWorkspace, KnowsNoApplicationAndNoIcon) {
     const NoWorkspace workspace;
     EXPECT_FALSE(workspace.runningApplication(getpid()));
-    EXPECT_EQ(workspace.iconForBundleIdentifier("com.example.player"), nullptr);
+    EXPECT_TRUE(workspace.runningApplications().empty());
+    EXPECT_FALSE(workspace.urlForApplication("com.example.player"));
+    EXPECT_EQ(workspace.iconForFile("/usr/share/applications/player.desktop"), nullptr);
 }
 
 } // namespace
