@@ -16,9 +16,13 @@ AudioTapManager::AudioTapManager(const Platform& platform)
       logger_(platform.systemLog, "tapManager"),
       firstCallbackLog_(logger_),
       discovery_(platform),
-      random_(std::random_device{}()) {}
+      random_(std::random_device{}()) {
+    installDeviceListeners();
+}
 
 AudioTapManager::~AudioTapManager() {
+    access_.end();
+    removeDeviceListeners();
     removeAllTaps();
 }
 
@@ -166,6 +170,11 @@ void AudioTapManager::stopIOProc(TapState& state) {
 void AudioTapManager::wake(const TapState& state) {
     if (state.callbackID && !state.isAtRest())
         hardware_.startDevice(state.mixDeviceID, *state.callbackID);
+}
+
+std::shared_ptr<TapState> AudioTapManager::findShared(std::int32_t pid) const {
+    const auto found = activeTaps_.find(pid);
+    return found == activeTaps_.end() ? nullptr : found->second;
 }
 
 TapState* AudioTapManager::find(std::int32_t pid) const {

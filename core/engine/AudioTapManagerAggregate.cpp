@@ -87,8 +87,7 @@ std::optional<std::string>
 AudioTapManager::resolveOutputUID(const std::optional<std::string>& uid) const {
     if (uid)
         return uid;
-    const auto device = defaultOutputDeviceID();
-    return device ? deviceStringProperty(*device, kAudioDevicePropertyDeviceUID) : std::nullopt;
+    return defaultOutputUID();
 }
 
 /// Bluetooth outputs run on a clock of their own, and most of them are to be watched as such.

@@ -18,6 +18,7 @@ EngineRig::EngineRig(const embedded::ServerSettings& settings,
       manager(std::make_unique<AudioTapManager>(platformWith(server))) {
     processTable.names[pid] = "player";
     server.journal().clear();
+    log.clear();
 }
 
 std::vector<float> EngineRig::nextCycle() {

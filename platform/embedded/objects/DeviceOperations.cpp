@@ -92,6 +92,7 @@ bool ObjectSpace::renameDevice(AudioObjectID id, const std::string& name, Change
         return false;
     found->settings.name = name;
     changes.notify(id, kAudioObjectPropertyName);
+    changes.notify(kAudioObjectSystemObject, kAudioHardwarePropertyDevices);
     return true;
 }
 

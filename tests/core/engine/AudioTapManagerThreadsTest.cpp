@@ -112,6 +112,44 @@ TEST(AudioTapManagerThreads, TapsComeAndGoWhileTheDeviceRunsInRealTime) {
     EXPECT_EQ(rig.server.holdings().ioProcs, 0U);
 }
 
+TEST(AudioTapManagerThreads, TapsMoveBetweenDevicesWhileEveryKnobIsTurnedAndDevicesComeAndGo) {
+    auto speakers = EngineRig::speakersByDefault();
+    speakers.framesPerCycle = 32;
+    speakers.keepsPlayed = false;
+    EngineRig rig({}, speakers);
+    auto headphones = speakers;
+    headphones.uid = "headphones";
+    rig.server.startClock();
+    ASSERT_TRUE(rig.manager->createTap(EngineRig::pid, rig.program));
+    std::atomic<bool> isDone{false};
+    const auto untilDone = [&](auto body) {
+        return std::thread([&isDone, body] {
+            for (int number = 0; !isDone.load(std::memory_order_relaxed); ++number)
+                body(number);
+        });
+    };
+    auto turning = untilDone([&](int number) {
+        turnEveryKnob(*rig.manager, EngineRig::pid, number);
+        readEverything(*rig.manager, EngineRig::pid);
+    });
+    auto mainThread = untilDone([&](int) { rig.runLoop.advance(Seconds(0.1)); });
+    for (int round = 0; round < 100; ++round) {
+        const AudioObjectID device = rig.server.addDevice(headphones);
+        rig.manager->routeToDevice(EngineRig::pid, "headphones");
+        rig.server.setDefaultOutput(round % 2 == 0 ? device : rig.speakers);
+        rig.server.removeDevice(device);
+        rig.manager->routeToDevice(EngineRig::pid, std::nullopt);
+    }
+    isDone.store(true);
+    turning.join();
+    mainThread.join();
+    rig.runLoop.advance(Seconds(10));
+    EXPECT_TRUE(rig.manager->routeToDevice(EngineRig::pid, "speakers"));
+    rig.server.stopClock();
+    EXPECT_EQ(rig.server.holdings().aggregates.size(), 1U);
+    EXPECT_EQ(rig.server.holdings().startedIOProcs, 1U);
+}
+
 TEST(AudioTapManagerThreads, ALimiterIsResetAndRetunedWhileItRuns) {
     RenderRig rig;
     rig.enableLimiter();
