@@ -33,12 +33,14 @@ private:
 /// A tool that may run for days needs no record of its calls.
 constexpr std::size_t kJournalLimit = 100;
 
-/// Two programs that play on one device, in real time.
+/// Two devices and two programs that play on the first one, in real time.
 class EmbeddedSystem final : public AudioSystem {
 public:
     explicit EmbeddedSystem(SystemLog& log) : AudioSystem(log) {
         server_.addDevice(
             {.uid = "embedded-speakers", .name = "Embedded Speakers", .keepsPlayed = false});
+        server_.addDevice(
+            {.uid = "embedded-headphones", .name = "Embedded Headphones", .keepsPlayed = false});
         server_.addProgram({.pid = 101,
                             .name = "Demo Music",
                             .bundleIdentifier = "com.meridane.orvanta.demo.music",

@@ -11,6 +11,20 @@
 namespace orvanta::cli {
 namespace {
 
+/// What the mixer offers.
+void printApplications(const Platform& platform) {
+    const auto apps = AudioProcessDiscovery(platform).discoverAudioApps();
+    fmt::print("Applications\n");
+    if (apps.empty()) {
+        fmt::print("  none\n");
+        return;
+    }
+    fmt::print("  {:>8}  {:<7}  {:<28}  {}\n", "PID", "playing", "name", "identifier");
+    for (const AudioApp& app : apps)
+        fmt::print("  {:>8}  {:<7}  {:<28}  {}\n", app.pid, app.isPlaying ? "yes" : "no", app.name,
+                   app.bundleIdentifier.value_or("-"));
+}
+
 void printProcesses(const Platform& platform) {
     const auto apps = AudioProcessDiscovery(platform).discoverAllAudioProcesses();
     fmt::print("Audio processes\n");
@@ -57,6 +71,7 @@ void printDevices(AudioHardware& hardware) {
 } // namespace
 
 int runListCommand(const Platform& platform) {
+    printApplications(platform);
     printProcesses(platform);
     printDevices(platform.audioHardware);
     return kExitSuccess;

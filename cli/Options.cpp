@@ -85,6 +85,10 @@ void addTapCommand(CLI::App& app, TapOptions& tap) {
     command->add_option("PID", tap.pid, "Process to tap (see list)")
         ->required()
         ->check(CLI::Range(1, 1 << 30));
+    command
+        ->add_option("--device", tap.deviceUID,
+                     "Play on this device (see list) instead of the default one")
+        ->type_name("UID");
     command->add_option("--volume", tap.volume, "Linear volume, 0 to 2")->check(between(0.0, 2.0));
     CLI::Option* const ride =
         command
@@ -132,7 +136,8 @@ Parsed parseCommandLine(int argc, const char* const* argv) {
         ->transform(CLI::CheckedTransformer(servers, CLI::ignore_case))
         ->option_text("pipewire|embedded");
     app.add_flag("--verbose", options.isVerbose, "Show the log on standard error");
-    CLI::App* const list = app.add_subcommand("list", "List audio processes and output devices");
+    CLI::App* const list =
+        app.add_subcommand("list", "List applications, audio processes and output devices");
     addTapCommand(app, options.tap);
 
     try {

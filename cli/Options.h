@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace orvanta::cli {
@@ -27,6 +28,8 @@ struct RecordOptions {
 /// Settings of the `tap` command; what is absent stays as a new tap has it.
 struct TapOptions {
     std::int32_t pid = 0;
+    /// None: the default output, wherever it moves.
+    std::optional<std::string> deviceUID;
     std::optional<float> volume;
     /// Moves the volume while the tap lasts; empty for a volume that stays.
     std::vector<VolumePoint> ride;

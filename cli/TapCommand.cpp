@@ -146,6 +146,11 @@ int runTapCommand(const Platform& platform, const TapOptions& options, const Con
         return kExitFailure;
     }
     applySettings(manager, options);
+    if (options.deviceUID && !manager.routeToDevice(options.pid, options.deviceUID)) {
+        fmt::print(stderr, "AudioMixerCLI: cannot play on the device '{}': {}.\n",
+                   *options.deviceUID, withStatusInWords(log.lastError()));
+        return kExitFailure;
+    }
     if (!startRecording(manager, platform, options, log)) {
         stopRecording(manager, options.pid);
         return kExitFailure;

@@ -42,7 +42,8 @@ Outcome run(const std::string& arguments, const std::string& environment = "") {
 TEST(AudioMixerCLI, ListsProcessesAndDevices) {
     const auto listed = run("--server embedded list");
     EXPECT_EQ(listed.exitCode, kExitSuccess);
-    EXPECT_THAT(listed.output, AllOf(ContainsRegex("101 +yes .*Demo Music"),
+    EXPECT_THAT(listed.output, AllOf(ContainsRegex("101 +yes +Demo Music +com.meridane"),
+                                     ContainsRegex("101 +yes .*Demo Music"),
                                      ContainsRegex("102 +yes .*Demo Speech"),
                                      ContainsRegex("[*] .*48000 Hz +100 % .*embedded-speakers")));
 }
@@ -58,6 +59,21 @@ TEST(AudioMixerCLI, TapsAProcessAndShowsItsLevels) {
 TEST(AudioMixerCLI, AMutedProcessShowsSilence) {
     const auto tapped = run("--server embedded tap 101 --mute --seconds 2 --interval 2");
     EXPECT_THAT(tapped.output, ContainsRegex("peak +-inf dB"));
+}
+
+TEST(AudioMixerCLI, PlaysOnTheDeviceThatIsNamed) {
+    const auto tapped =
+        run("--server embedded --verbose tap 101 --device embedded-headphones --seconds 0.4");
+    EXPECT_EQ(tapped.exitCode, kExitSuccess);
+    EXPECT_THAT(tapped.output, HasSubstr("Routed PID 101 to device: embedded-headphones"));
+}
+
+TEST(AudioMixerCLI, SaysInOneSentenceThatThereIsNoSuchDevice) {
+    const auto refused = run("--server embedded tap 101 --device nowhere");
+    EXPECT_EQ(refused.exitCode, kExitFailure);
+    EXPECT_THAT(refused.output,
+                Eq("AudioMixerCLI: cannot play on the device 'nowhere': Audio device creation "
+                   "failed: 560227702 (there is no such device).\n"));
 }
 
 TEST(AudioMixerCLI, SaysInOneSentenceThatAProcessHasNoAudio) {

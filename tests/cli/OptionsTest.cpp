@@ -58,6 +58,11 @@ TEST(CommandLine, ReadsEveryProcessorOfATap) {
     EXPECT_EQ(tap.crossfeed, 0.3F);
 }
 
+TEST(CommandLine, ReadsWhereToPlay) {
+    EXPECT_EQ(parse({"tap", "4711", "--device", "usb:1"}).options->tap.deviceUID, "usb:1");
+    EXPECT_EQ(parse({"tap", "4711"}).options->tap.deviceUID, std::nullopt);
+}
+
 TEST(CommandLine, ReadsWhereAndHowToRecord) {
     const auto record =
         parse({"tap", "4711", "--record", "/tmp/a folder"}).options.value().tap.record;
