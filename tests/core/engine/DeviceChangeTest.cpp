@@ -61,11 +61,13 @@ protected:
         return rig.server.played(device);
     }
 
-    /// The lines that tell of changes, in order; those of every build and start left out.
+    /// The lines that tell of changes, in order; those of every build, start and first callback
+    /// left out.
     std::vector<std::string> lines() {
         std::vector<std::string> told;
         for (const std::string& text : rig.log.texts())
-            if (!text.starts_with("🔬") && text != "Audio pipeline started")
+            if (!text.starts_with("🔬") && !text.starts_with("Audio buffers:") &&
+                text != "Audio pipeline started")
                 told.push_back(text);
         return told;
     }
