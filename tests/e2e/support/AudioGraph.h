@@ -69,6 +69,8 @@ public:
 
     /// Makes the device and waits for its ports.
     void plug(const NullSink& sink) const;
+    /// Makes a node with exactly these properties, whatever they may be, and waits for nothing.
+    void makeNode(const Properties& properties) const;
     /// Destroys the device and waits until it is gone.
     void unplug(const std::string& name) const;
 

@@ -22,6 +22,10 @@ public:
     PrivateAudioServer& operator=(const PrivateAudioServer&) = delete;
     ~PrivateAudioServer();
 
+    /// The server stands still, as under a debugger, until it is let go on.
+    void freezeServer();
+    void thawServer();
+
     /// The daemons' own way to die and to come back, one by one.
     void killServer();
     void startServer();
