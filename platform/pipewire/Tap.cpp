@@ -60,12 +60,14 @@ void Tap::updateExport() {
     const bool isWanted =
         surroundings_.connection.hasAnswered() && !surroundings_.devices.isEmpty();
     if (exported_ != nullptr && (!isWanted || exported_->isLost())) {
+        wasTakenOut_ = exported_->isLost();
         links_.clear();
         exported_.reset();
     }
     if (exported_ != nullptr || !isWanted || isReleased_)
         return;
-    if (!exports_.allow(std::chrono::steady_clock::now())) {
+    // Whoever takes nodes out is not fought for ever; devices may come and go as they like.
+    if (wasTakenOut_ && !exports_.allow(std::chrono::steady_clock::now())) {
         retryTimer_.set(kRetry);
         return;
     }

@@ -120,6 +120,7 @@ private:
     ControlTimer arrivalTimer_;
     ControlTimer unlinkTimer_;
     ControlTimer retryTimer_;
+    bool wasTakenOut_ = false;
     RateLimit exports_;
     TapCycle cycle_;
     SilentCycles silentCycles_;

@@ -70,13 +70,20 @@ std::optional<GraphObject> AudioGraph::node(const std::string& name) const {
     return std::nullopt;
 }
 
-std::vector<GraphObject> AudioGraph::playbackNodes(pid_t pid) const {
+std::vector<GraphObject> AudioGraph::nodesOf(pid_t pid) const {
     const std::vector<GraphObject> all = objects();
     std::vector<GraphObject> found;
     for (const GraphObject& object : all)
-        if (object.type == "Node" && object.get("media.class") == "Stream/Output/Audio" &&
-            processOf(object, all) == std::to_string(pid))
+        if (object.type == "Node" && processOf(object, all) == std::to_string(pid))
             found.push_back(object);
+    return found;
+}
+
+std::vector<GraphObject> AudioGraph::playbackNodes(pid_t pid) const {
+    std::vector<GraphObject> found = nodesOf(pid);
+    std::erase_if(found, [](const GraphObject& node) {
+        return node.get("media.class") != "Stream/Output/Audio";
+    });
     return found;
 }
 

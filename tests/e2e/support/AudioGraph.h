@@ -55,6 +55,8 @@ public:
     [[nodiscard]] std::vector<GraphObject> nodes() const;
     [[nodiscard]] std::optional<GraphObject> node(const std::string& name) const;
 
+    /// All nodes of a process, also those that come through the bridges.
+    [[nodiscard]] std::vector<GraphObject> nodesOf(pid_t pid) const;
     /// Playback streams of a process, also those that come through the bridges.
     [[nodiscard]] std::vector<GraphObject> playbackNodes(pid_t pid) const;
     /// Waits for the first one; throws when it does not come.

@@ -158,6 +158,14 @@ void PrivateAudioServer::thawServer() {
     server_->signal(SIGCONT);
 }
 
+void PrivateAudioServer::freezeSessionManager() {
+    sessionManager_->signal(SIGSTOP);
+}
+
+void PrivateAudioServer::thawSessionManager() {
+    sessionManager_->signal(SIGCONT);
+}
+
 void PrivateAudioServer::killServer() {
     server_->kill();
 }

@@ -22,9 +22,11 @@ public:
     PrivateAudioServer& operator=(const PrivateAudioServer&) = delete;
     ~PrivateAudioServer();
 
-    /// The server stands still, as under a debugger, until it is let go on.
+    /// They stand still, as under a debugger, until they are let go on.
     void freezeServer();
     void thawServer();
+    void freezeSessionManager();
+    void thawSessionManager();
 
     /// The daemons' own way to die and to come back, one by one.
     void killServer();
