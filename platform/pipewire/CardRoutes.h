@@ -14,8 +14,9 @@ struct spa_pod;
 
 namespace orvanta::pipewire {
 
-/// One sound card: who made it, and its active routes. A real card keeps the volume of a sink in the route that
-/// the sink plays through, so that it lasts over replugging and each route has its own.
+/// One sound card: who made it, and its active routes. A real card keeps the volume of a sink in
+/// the route that the sink plays through, so that it lasts over replugging and each route has its
+/// own.
 class CardRoutes {
 public:
     CardRoutes(pw_registry* registry, std::uint32_t id, std::function<void()> changed);

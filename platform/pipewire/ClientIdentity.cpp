@@ -52,8 +52,8 @@ AudioClient clientIdentity(const PropertyMap& node, const PropertyMap* client) {
     identity.applicationID =
         printable(told.first({"pipewire.access.portal.app_id", PW_KEY_APP_ID}), kLongestText);
     // The second form is what some programs write and nobody reads.
-    identity.iconName = printable(told.first({PW_KEY_APP_ICON_NAME, "application.icon_name"}),
-                                  kLongestText);
+    identity.iconName =
+        printable(told.first({PW_KEY_APP_ICON_NAME, "application.icon_name"}), kLongestText);
     identity.binary = printable(told.first({PW_KEY_APP_PROCESS_BINARY}), kLongestText);
     return identity;
 }

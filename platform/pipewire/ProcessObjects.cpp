@@ -56,7 +56,8 @@ void ProcessObjects::learnStreams(const ServerMirror& mirror) {
     std::map<NodeRef, AudioObjectID> owners;
     std::set<NodeRef> orphans;
     for (const ServerNode* stream : mirror.playback()) {
-        // What is patched plays from the moment it is linked to a device, and is known from then on.
+        // What is patched plays from the moment it is linked to a device, and is known from then
+        // on.
         if (stream->kind == NodeKind::patched && !owners_.contains(stream->ref) &&
             !mirror.feedsDevice(stream->ref.id))
             continue;

@@ -15,8 +15,9 @@
 
 namespace orvanta::pipewire {
 
-/// The processes that have played. An object begins with a process's first stream, or the first link
-/// from a patched node of it to a device, and ends with the process itself, not with the stream and not with the server. All of it with the lock held.
+/// The processes that have played. An object begins with a process's first stream, or the first
+/// link from a patched node of it to a device, and ends with the process itself, not with the
+/// stream and not with the server. All of it with the lock held.
 class ProcessObjects {
 public:
     /// `changed` is called when a process has ended, on the control thread.

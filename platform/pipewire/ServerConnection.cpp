@@ -20,8 +20,8 @@ constexpr std::chrono::milliseconds kLazyRetry{1000};
 /// the third the answers of those that other programs keep (the session manager's metadata).
 constexpr int kRounds = 3;
 
-/// How long a server may take to answer. After that no call waits for it any more, and where an error
-/// about the connection came before, the connection counts as lost.
+/// How long a server may take to answer. After that no call waits for it any more, and where an
+/// error about the connection came before, the connection counts as lost.
 constexpr std::chrono::milliseconds kLongestSilence{1500};
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include "platform/pipewire/ServerObjects.h"
 
-#include <functional>
 #include <vector>
 
 namespace orvanta::pipewire {
@@ -14,14 +13,10 @@ struct StreamChoice {
     std::vector<NodeRef> toLeave;
 };
 
-/// Only what the session manager links by itself, and links anew when told to, can be had without
-/// a risk: were we to take the links of other nodes into our own hands, nobody would put them back
-/// if this program were killed.
-///
-/// A stream that wants its device for itself is had alone or not at all, because the session
-/// manager would leave whatever shares a target with it without any. What is claimed already, as
-/// `isClaimed` says, goes before what is new.
-StreamChoice chooseStreams(const std::vector<const ServerNode*>& playback,
-                           const std::function<bool(const NodeRef&)>& isClaimed);
+/// Only what the session manager links by itself, and links anew whenever it must, can be had
+/// without a risk. Were we to take the links of other nodes into our own hands, nobody would put
+/// them back if this program were killed. And a stream that wants its device for itself is not let
+/// back to one on which another program has begun to play meanwhile.
+StreamChoice chooseStreams(const std::vector<const ServerNode*>& playback);
 
 } // namespace orvanta::pipewire

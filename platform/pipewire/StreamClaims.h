@@ -35,8 +35,6 @@ public:
     /// Claims the given streams, all that the tapped processes have now, and gives back others.
     void update(const std::vector<NodeRef>& streams, Time now);
 
-    [[nodiscard]] bool has(const NodeRef& stream) const { return claims_.contains(stream); }
-
     /// Whether no claimed stream is still on a device. The session manager moves them a moment
     /// after the claim, or not at all: encoded sound cannot come to a tap, and a link that was made
     /// by hand stays.

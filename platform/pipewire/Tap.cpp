@@ -93,9 +93,8 @@ void Tap::updateClaims() {
 void Tap::leave(const std::vector<NodeRef>& streams) {
     for (const NodeRef& stream : streams)
         if (!left_.contains(stream))
-            surroundings_.logger.error(
-                "Stream %u cannot be moved and is heard beside the tap '%s'", stream.id,
-                description_.name().c_str());
+            surroundings_.logger.error("Stream %u cannot be moved and is heard beside the tap '%s'",
+                                       stream.id, description_.name().c_str());
     left_ = {streams.begin(), streams.end()};
 }
 
@@ -175,9 +174,7 @@ void Tap::release() {
 }
 
 StreamChoice Tap::chooseStreams() const {
-    return pipewire::chooseStreams(
-        surroundings_.playbackOf(description_.processes()),
-        [this](const NodeRef& stream) { return claims_.has(stream); });
+    return pipewire::chooseStreams(surroundings_.playbackOf(description_.processes()));
 }
 
 bool Tap::isFed() const {

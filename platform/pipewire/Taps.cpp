@@ -52,8 +52,7 @@ OSStatus Taps::check(const CATapDescription& description) const {
 }
 
 OSStatus Taps::checkStreams(const CATapDescription& description) const {
-    const auto playback = surroundings_.playbackOf(description.processes());
-    const StreamChoice choice = chooseStreams(playback, [](const NodeRef&) { return false; });
+    const StreamChoice choice = chooseStreams(surroundings_.playbackOf(description.processes()));
     if (choice.toLeave.empty())
         return noErr;
     surroundings_.logger.error("Stream %u cannot be moved, so there is no tap '%s'",

@@ -71,22 +71,21 @@ TEST_P(StubbornStreams, AreTappedWhollyOrNotAtAll) {
         EXPECT_FALSE(mixer().manager().createTap(player.pid(), process));
         EXPECT_FALSE(mixer().manager().hasTap(player.pid()));
     }
-    graph().await("the player plays to the speakers alone", [&] {
-        return graph().targets(node.id) == std::vector<std::string>{"speakers"};
-    });
+    graph().await("the player plays to the speakers alone",
+                  [&] { return graph().targets(node.id) == std::vector<std::string>{"speakers"}; });
     expectTheFile(noise, node.id, false);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     EveryKind, StubbornStreams,
-    testing::Values(
-        Stubbornness{"Exclusive", pwPlay("{ node.exclusive = true }"), true},
-        Stubbornness{"RawPassthrough", pwPlay("{ node.passthrough = true }"), true},
-        Stubbornness{"DontReconnect", pwPlay("{ node.dont-reconnect = true }"), false},
-        Stubbornness{"DontMove", pwPlay("{ node.dont-move = true }"), false},
-        Stubbornness{"JACKClient",
-                     {"pw-jack", "mpv", "--no-config", "--really-quiet", "--no-video", "--ao=jack"},
-                     false}),
+    testing::Values(Stubbornness{"RawPassthrough", pwPlay("{ node.passthrough = true }"), true},
+                    Stubbornness{"Exclusive", pwPlay("{ node.exclusive = true }"), false},
+                    Stubbornness{"DontReconnect", pwPlay("{ node.dont-reconnect = true }"), false},
+                    Stubbornness{"DontMove", pwPlay("{ node.dont-move = true }"), false},
+                    Stubbornness{"JACKClient",
+                                 {"pw-jack", "mpv", "--no-config", "--really-quiet", "--no-video",
+                                  "--ao=jack"},
+                                 false}),
     [](const auto& instance) { return instance.param.name; });
 
 } // namespace

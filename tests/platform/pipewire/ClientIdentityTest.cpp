@@ -59,8 +59,8 @@ TEST(ClientIdentity, TakesTheWrappingOfTheALSAPlugInOff) {
 
 TEST(ClientIdentity, IsTextOfASensibleLength) {
     const std::string endless(100000, 'x');
-    const PropertyMap node = properties({{"application.name", "a\xFF"},
-                                         {"application.process.binary", endless.c_str()}});
+    const PropertyMap node = properties(
+        {{"application.name", "a\xFF"}, {"application.process.binary", endless.c_str()}});
     const AudioClient identity = clientIdentity(node, nullptr);
     EXPECT_EQ(identity.name, "a\uFFFD");
     EXPECT_EQ(identity.binary.size(), 256U);

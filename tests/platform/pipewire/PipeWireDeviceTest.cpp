@@ -1,3 +1,4 @@
+#include "tests/platform/pipewire/support/OwnCard.h"
 #include "tests/platform/pipewire/support/OwnSink.h"
 #include "tests/platform/pipewire/support/PipeWireTest.h"
 
@@ -140,6 +141,20 @@ TEST_F(PipeWireDevice, HasNoManufacturerWithoutACard) {
     EXPECT_EQ(readString(hardware(), device, manufacturer), std::nullopt);
 }
 
+TEST_F(PipeWireDevice, HasTheManufacturerOfItsCard) {
+    const OwnCard card({{"device.name", "card"}, {"device.vendor.name", "Example Audio Ltd."}});
+    graph().makeNode({{"factory.name", "support.null-audio-sink"},
+                      {"node.name", "of-the-card"},
+                      {"media.class", "Audio/Sink"},
+                      {"device.id", std::to_string(card.id())}});
+    const AudioObjectID device = awaitDevice("of-the-card");
+    EXPECT_TRUE(eventually(soon, [&] {
+        return readString(hardware(), device, {kAudioObjectPropertyManufacturer}) ==
+               "Example Audio Ltd.";
+    }));
+}
+
+/// Counts what a listener is told.
 class ToldChanges {
 public:
     ToldChanges(AudioHardware& hardware, AudioObjectID object,

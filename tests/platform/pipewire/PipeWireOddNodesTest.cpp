@@ -41,8 +41,8 @@ constexpr AudioObjectPropertyAddress name{kAudioObjectPropertyName};
 
 TEST_F(PipeWireOddNodes, WithNonsenseInEveryPropertyHideNobody) {
     const std::string endless(200000, 'x');
-    const std::vector<std::string> nonsense{"", "\xFF\xFE\xC3", "banana", "-1",
-                                            "99999999999999999999", "{ \"a\": [", endless};
+    const std::vector<std::string> nonsense{
+        "", "\xFF\xFE\xC3", "banana", "-1", "99999999999999999999", "{ \"a\": [", endless};
     const std::vector<std::string> keys{"application.name",
                                         "application.id",
                                         "application.icon-name",

@@ -101,8 +101,7 @@ TEST_F(PipeWireStandstill, FailsANewTapAndAllIsWellAfterIt) {
 TEST_F(PipeWireStandstill, IsFoundOutByWhoeverAsks) {
     meet();
     server_.freezeServer();
-    EXPECT_TRUE(
-        eventually(soon, [&] { return bounded([&] { return listDevices(); }) != noErr; }));
+    EXPECT_TRUE(eventually(soon, [&] { return bounded([&] { return listDevices(); }) != noErr; }));
     EXPECT_FALSE(readString(hardware(), device_, {kAudioObjectPropertyName}).has_value());
     server_.thawServer();
     EXPECT_TRUE(eventually(soon, [&] { return listDevices() == noErr; }));
@@ -174,8 +173,7 @@ TEST_F(PipeWireStandstill, LeavesATapThatGoesOnAfterIt) {
     const PlayedTap tap(hardware(), process_, "speakers");
     awaitTapped(::getpid(), "speakers");
     server_.freezeServer();
-    EXPECT_TRUE(
-        eventually(soon, [&] { return bounded([&] { return listDevices(); }) != noErr; }));
+    EXPECT_TRUE(eventually(soon, [&] { return bounded([&] { return listDevices(); }) != noErr; }));
     server_.thawServer();
     const std::uint64_t before = tap.cycles();
     EXPECT_TRUE(eventually(
@@ -188,9 +186,8 @@ TEST_F(PipeWireStandstill, DoesNotKeepTheHardwareFromGoing) {
     RecordingLog log;
     auto second = std::make_unique<PipeWireAudioHardware>(PipeWireOptions{}, log);
     ASSERT_TRUE(second->isServerReachable());
-    auto description = CATapDescription::stereoMixdownOfProcesses(
-        readObjectList(*second, kAudioObjectSystemObject,
-                       {kAudioHardwarePropertyProcessObjectList}));
+    auto description = CATapDescription::stereoMixdownOfProcesses(readObjectList(
+        *second, kAudioObjectSystemObject, {kAudioHardwarePropertyProcessObjectList}));
     description.setMuteBehavior(CATapMuted);
     AudioObjectID tap = kAudioObjectUnknown;
     ASSERT_EQ(second->createProcessTap(description, tap), noErr);

@@ -1,3 +1,4 @@
+#include "tests/platform/pipewire/support/OwnSink.h"
 #include "tests/platform/pipewire/support/PipeWireTest.h"
 
 #include <algorithm>
@@ -7,10 +8,8 @@ namespace orvanta::test {
 namespace {
 
 const Properties dontReconnect{{"node.dont-reconnect", "true"}};
-const Properties exclusive{{"node.exclusive", "true"}};
 
-/// Streams that the session manager does not move, or not beside others, in one process with others
-/// or alone.
+/// Streams that the session manager does not move, alone or in one process with others.
 class PipeWireStubbornStreams : public PipeWireTest {
 protected:
     OSStatus createTap() {
@@ -117,27 +116,12 @@ TEST_F(PipeWireStubbornStreams, ThatOpenLaterAreHeardBesideTheTapWhichIsTold) {
     EXPECT_EQ(timesLogged("cannot be moved and is heard beside the tap 'Played tap'"), 1);
 }
 
-TEST_F(PipeWireStubbornStreams, ThatWantADeviceForThemselvesAreTappedAlone) {
-    const OwnStream stream(exclusive);
+/// Once another program plays on the device that they had, they would not get it back.
+TEST_F(PipeWireStubbornStreams, ThatWantADeviceForThemselvesAreNotTapped) {
+    const OwnStream stream(Properties{{"node.exclusive", "true"}});
     awaitAllPlayTo(1, {"speakers"});
-    const PlayedTap tap(hardware(), ownProcess(), "speakers");
-    awaitTapped(::getpid(), "speakers");
-    EXPECT_TRUE(eventually(soon, [&] { return tap.input() == OwnStream::level; }));
-}
-
-TEST_F(PipeWireStubbornStreams, ThatWantADeviceForThemselvesAreNotTappedWithOthers) {
-    graph().plug({.name = "headphones", .priority = 500});
-    const OwnStream usual;
-    const OwnStream alone({{"node.exclusive", "true"}, {"target.object", "headphones"}});
-    graph().await("both play", [&] {
-        const auto playing = graph().playbackNodes(::getpid());
-        return playing.size() == 2 &&
-               std::ranges::none_of(playing, [&](const GraphObject& stream) {
-                   return graph().targets(stream.id).empty();
-               });
-    });
     EXPECT_EQ(createTap(), kAudioHardwareIllegalOperationError);
-    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
+    expectUntouched(1);
 }
 
 TEST_F(PipeWireStubbornStreams, ThatAreAlsoLinkedByHandAreNotTapped) {
@@ -148,7 +132,48 @@ TEST_F(PipeWireStubbornStreams, ThatAreAlsoLinkedByHandAreNotTapped) {
     awaitAllPlayTo(1, {"headphones", "speakers"});
     awaitDevice("speakers");
     EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
+    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
     awaitAllPlayTo(1, {"headphones", "speakers"});
+}
+
+/// There is nothing in encoded sound that a volume could be applied to, and the session manager
+/// knows.
+TEST_F(PipeWireStubbornStreams, ThatCarryEncodedSoundAreNotTapped) {
+    const OwnSink receiver({{"node.name", "receiver"}, {"priority.session", "100"}},
+                           SoundFormat::encoded);
+    awaitDevice("receiver");
+    const OwnStream stream({{"node.passthrough", "true"}, {"target.object", "receiver"}},
+                           SoundFormat::encoded);
+    awaitAllPlayTo(1, {"receiver"});
+    EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
+    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
+    awaitAllPlayTo(1, {"receiver"});
+}
+
+TEST_F(PipeWireStubbornStreams, ThatTurnOutToBeSoLaterAreLeftAloneAndTheTapStays) {
+    const OwnSink receiver({{"node.name", "receiver"}, {"priority.session", "100"}},
+                           SoundFormat::encoded);
+    const OwnStream usual;
+    awaitAllPlayTo(1, {"speakers"});
+    awaitDevice("receiver");
+    PlayedTap tap(hardware(), ownProcess(), "speakers");
+    awaitTapped(::getpid(), "speakers");
+    const OwnStream encoded({{"node.passthrough", "true"}, {"target.object", "receiver"}},
+                            SoundFormat::encoded);
+    EXPECT_TRUE(eventually(
+        soon, [&] { return timesLogged("does not come to the tap, leaving it alone") == 1; }));
+    tap.stop();
+    tap.play("speakers");
+    const std::string tapName = tapNodes().at(0).get("node.name");
+    graph().await("one is tapped, the other is not", [&] {
+        std::vector<std::string> targets;
+        for (const GraphObject& stream : graph().playbackNodes(::getpid()))
+            for (const std::string& target : graph().targets(stream.id))
+                targets.push_back(target);
+        std::ranges::sort(targets);
+        return targets == std::vector<std::string>{tapName, "receiver"};
+    });
+    EXPECT_TRUE(eventually(soon, [&] { return tap.input() == OwnStream::level; }));
 }
 
 TEST_F(PipeWireStubbornStreams, AreAllStreamsWhileTheSessionManagerStandsStill) {

@@ -20,7 +20,10 @@ TEST(PrintableText, HasAReplacementForWhatIsNone) {
     EXPECT_EQ(printable("\xC0\xAF", plenty), "\uFFFD\uFFFD") << "longer than need be";
     EXPECT_EQ(printable("\xED\xA0\x80", plenty), "\uFFFD\uFFFD\uFFFD") << "half of a pair";
     EXPECT_EQ(printable("\xF4\x90\x80\x80", plenty), "\uFFFD\uFFFD\uFFFD\uFFFD") << "too far";
-    EXPECT_EQ(printable("a\nb\x7F" "c\xC2\x85", plenty), "a\uFFFDb\uFFFDc\uFFFD\uFFFD")
+    EXPECT_EQ(printable("a\nb\x7F"
+                        "c\xC2\x85",
+                        plenty),
+              "a\uFFFDb\uFFFDc\uFFFD\uFFFD")
         << "control characters";
 }
 

@@ -45,9 +45,8 @@ TEST(StreamOwner, IsNeverThePulseBridge) {
 }
 
 TEST(StreamOwner, IsWhatABridgedStreamSaysEvenBeforeItsClientIsKnown) {
-    const PropertyMap node = properties({{"client.id", "40"},
-                                         {"client.api", "pipewire-pulse"},
-                                         {"application.process.id", "100"}});
+    const PropertyMap node = properties(
+        {{"client.id", "40"}, {"client.api", "pipewire-pulse"}, {"application.process.id", "100"}});
     EXPECT_EQ(streamOwner(node, nullptr), 100);
 }
 

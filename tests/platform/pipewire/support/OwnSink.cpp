@@ -1,7 +1,6 @@
 #include "tests/platform/pipewire/support/OwnSink.h"
 
 #include <pipewire/pipewire.h>
-#include <spa/param/audio/format-utils.h>
 
 #include <array>
 #include <stdexcept>
@@ -30,7 +29,7 @@ struct OwnSink::State {
     }
 };
 
-OwnSink::OwnSink(const Properties& own) : state_(std::make_unique<State>()) {
+OwnSink::OwnSink(const Properties& own, SoundFormat format) : state_(std::make_unique<State>()) {
     pw_init(nullptr, nullptr);
     state_->events.version = PW_VERSION_STREAM_EVENTS;
     state_->events.process = State::process;
@@ -47,14 +46,7 @@ OwnSink::OwnSink(const Properties& own) : state_(std::make_unique<State>()) {
     std::array<std::uint8_t, 1024> memory{};
     spa_pod_builder builder{};
     spa_pod_builder_init(&builder, memory.data(), memory.size());
-    spa_audio_info_raw format{};
-    format.format = SPA_AUDIO_FORMAT_F32;
-    format.rate = 48000;
-    format.channels = 2;
-    format.position[0] = SPA_AUDIO_CHANNEL_FL;
-    format.position[1] = SPA_AUDIO_CHANNEL_FR;
-    std::array<const spa_pod*, 1> params{
-        spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format)};
+    std::array<const spa_pod*, 1> params{buildSoundFormat(builder, format)};
     if (pw_stream_connect(state_->stream, PW_DIRECTION_INPUT, PW_ID_ANY, PW_STREAM_FLAG_MAP_BUFFERS,
                           params.data(), params.size()) < 0)
         throw std::runtime_error("the server refuses a device");

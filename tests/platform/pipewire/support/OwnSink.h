@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/e2e/support/AudioGraph.h"
+#include "tests/platform/pipewire/support/SoundFormat.h"
 
 #include <memory>
 
@@ -11,7 +12,7 @@ namespace orvanta::test {
 class OwnSink {
 public:
     /// Connects to the server that the environment names; throws std::runtime_error.
-    explicit OwnSink(const Properties& properties);
+    explicit OwnSink(const Properties& properties, SoundFormat format = SoundFormat::raw);
     OwnSink(const OwnSink&) = delete;
     OwnSink& operator=(const OwnSink&) = delete;
     ~OwnSink();

@@ -1,7 +1,6 @@
 #include "tests/platform/pipewire/support/OwnStream.h"
 
 #include <pipewire/pipewire.h>
-#include <spa/param/audio/format-utils.h>
 
 #include <algorithm>
 #include <array>
@@ -43,7 +42,8 @@ Properties OwnStream::ofProcess(pid_t owner) {
     return {{PW_KEY_CLIENT_API, "pipewire-pulse"}, {PW_KEY_APP_PROCESS_ID, std::to_string(owner)}};
 }
 
-OwnStream::OwnStream(const Properties& own) : state_(std::make_unique<State>()) {
+OwnStream::OwnStream(const Properties& own, SoundFormat format)
+    : state_(std::make_unique<State>()) {
     pw_init(nullptr, nullptr);
     state_->events.version = PW_VERSION_STREAM_EVENTS;
     state_->events.process = State::process;
@@ -61,14 +61,7 @@ OwnStream::OwnStream(const Properties& own) : state_(std::make_unique<State>()) 
     std::array<std::uint8_t, 1024> memory{};
     spa_pod_builder builder{};
     spa_pod_builder_init(&builder, memory.data(), memory.size());
-    spa_audio_info_raw format{};
-    format.format = SPA_AUDIO_FORMAT_F32;
-    format.rate = 48000;
-    format.channels = 2;
-    format.position[0] = SPA_AUDIO_CHANNEL_FL;
-    format.position[1] = SPA_AUDIO_CHANNEL_FR;
-    std::array<const spa_pod*, 1> params{
-        spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format)};
+    std::array<const spa_pod*, 1> params{buildSoundFormat(builder, format)};
     constexpr auto flags =
         static_cast<pw_stream_flags>(PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS);
     if (pw_stream_connect(state_->stream, PW_DIRECTION_OUTPUT, PW_ID_ANY, flags, params.data(),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/e2e/support/AudioGraph.h"
+#include "tests/platform/pipewire/support/SoundFormat.h"
 
 #include <memory>
 #include <sys/types.h>
@@ -18,7 +19,7 @@ public:
     OwnStream() : OwnStream(Properties()) {}
 
     /// With these properties besides, of the stream and of its client.
-    explicit OwnStream(const Properties& properties);
+    explicit OwnStream(const Properties& properties, SoundFormat format = SoundFormat::raw);
 
     /// What makes a stream another process's: it comes through the bridge, as the words are.
     static Properties ofProcess(pid_t owner);
