@@ -13,7 +13,7 @@ build=(
 )
 # A private audio server, players that speak each of its protocols, and what draws a picture.
 run=(
-    libspa-0.2-modules pipewire pipewire-alsa pipewire-bin pipewire-pulse wireplumber
+    libspa-0.2-modules pipewire pipewire-alsa pipewire-bin pipewire-jack pipewire-pulse wireplumber
     alsa-utils pulseaudio-utils sox libsox-fmt-alsa libsox-fmt-base mpv
     gnuplot-nox procps python3 python3-numpy
 )

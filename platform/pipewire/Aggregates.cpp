@@ -1,13 +1,18 @@
 #include "platform/pipewire/Aggregates.h"
 
+#include "core/platform/StreamConfiguration.h"
+
 #include <algorithm>
+#include <array>
 
 namespace orvanta::pipewire {
 namespace {
 
-/// How long to wait for the links to the device. Without them the program would play into nothing
-/// for as long as the server takes to make them.
-constexpr std::chrono::milliseconds kLinkBound{500};
+/// How long to wait for the links to the device. Without them the program would play into nothing.
+constexpr std::chrono::milliseconds kLinkBound{2000};
+
+/// How long to wait until the programs' streams come to the tap.
+constexpr std::chrono::milliseconds kArrivalBound{2000};
 
 } // namespace
 
@@ -37,7 +42,8 @@ OSStatus Aggregates::create(const AggregateDeviceDescription& description,
                             AudioObjectID& outDevice) {
     if (description.taps.size() != 1 || description.subDevices.size() != 1)
         return kAudioHardwareIllegalOperationError;
-    if (!surroundings_.connection.hasAnswered())
+    surroundings_.connection.ask();
+    if (!surroundings_.connection.isAnswering())
         return kAudioHardwareNotRunningError;
     const std::shared_ptr<Tap> tap = taps_.withUUID(description.taps[0]);
     if (tap == nullptr)
@@ -63,7 +69,17 @@ OSStatus Aggregates::create(const AggregateDeviceDescription& description,
     const AudioObjectID id = aggregate->id;
     aggregates_[id] = std::move(aggregate);
     tap->playOn(uid);
-    surroundings_.loop.waitFor([&] { return tap->isLinked(); }, kLinkBound);
+    const auto isDecided = [&] {
+        return tap->isLinked() || !tap->hasDevice() || !surroundings_.connection.isAnswering();
+    };
+    surroundings_.loop.waitFor(isDecided, kLinkBound);
+    if (!tap->isLinked()) {
+        surroundings_.logger.error("The tap is not linked to the device '%s'", uid.c_str());
+        tap->playNowhere();
+        aggregates_.erase(id);
+        return surroundings_.connection.isAnswering() ? kAudioHardwareBadDeviceError
+                                                      : kAudioHardwareNotRunningError;
+    }
     outDevice = id;
     tellOfDevices();
     return noErr;
@@ -128,13 +144,38 @@ OSStatus Aggregates::start(AudioObjectID device, AudioDeviceIOProcID procID) {
     }
     if (aggregate->started != nullptr)
         return kAudioHardwareIllegalOperationError;
-    if (!surroundings_.connection.hasAnswered())
+    surroundings_.connection.ask();
+    if (!surroundings_.connection.isAnswering())
         return kAudioHardwareNotRunningError;
     aggregate->started = procID;
     tap.cycle().start(&proc->client);
     tap.silentCycles().wake();
     tap.claimStreams();
-    return noErr;
+    return awaitStreams(device, procID, aggregate->tap);
+}
+
+/// A tap that does not get what its program plays must not pass for one. The aggregate may be gone
+/// after the wait.
+OSStatus Aggregates::awaitStreams(AudioObjectID device, AudioDeviceIOProcID procID,
+                                  const std::shared_ptr<Tap>& tap) {
+    const ServerConnection& connection = surroundings_.connection;
+    const auto isDecided = [&] {
+        return tap->isProven() || tap->hasItsStreams() || !connection.isAnswering() ||
+               !surroundings_.mirror.defaults().isBound();
+    };
+    surroundings_.loop.waitFor(isDecided, kArrivalBound);
+    if (!surroundings_.mirror.defaults().isBound())
+        return noErr;
+    if (tap->isProven() || tap->hasItsStreams()) {
+        tap->prove();
+        return noErr;
+    }
+    const bool isAnswering = connection.isAnswering();
+    surroundings_.logger.error("The streams of the tap '%s' do not come to it",
+                               tap->description().name().c_str());
+    taps_.standDown(tap);
+    stop(device, procID);
+    return isAnswering ? kAudioHardwareIllegalOperationError : kAudioHardwareNotRunningError;
 }
 
 OSStatus Aggregates::stop(AudioObjectID device, AudioDeviceIOProcID procID) {
@@ -206,6 +247,12 @@ std::optional<PropertyAnswer> Aggregates::read(AudioObjectID object,
         if (address.mScope == kAudioObjectPropertyScopeOutput)
             return PropertyAnswer::of(List{aggregate->outputStream});
         return PropertyAnswer::of(List{aggregate->inputStream, aggregate->outputStream});
+    case kAudioDevicePropertyStreamConfiguration:
+        if (address.mScope == kAudioObjectPropertyScopeGlobal)
+            return PropertyAnswer{};
+        return PropertyAnswer::of(streamConfiguration(std::array<std::uint32_t, 1>{kChannels}));
+    case kAudioObjectPropertyManufacturer:
+        return PropertyAnswer::of(std::string());
     case kAudioAggregateDevicePropertyActiveSubDeviceList:
         if (aggregate->activeDevice == kAudioObjectUnknown)
             return PropertyAnswer::of(List{});

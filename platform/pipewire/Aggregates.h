@@ -52,6 +52,8 @@ private:
 
     [[nodiscard]] Aggregate* find(AudioObjectID device) const;
     [[nodiscard]] static IOProc* find(const Aggregate& aggregate, AudioDeviceIOProcID procID);
+    OSStatus awaitStreams(AudioObjectID device, AudioDeviceIOProcID procID,
+                          const std::shared_ptr<Tap>& tap);
     void stop(Aggregate& aggregate);
     void tellOfDevices() const;
 

@@ -7,6 +7,7 @@ namespace orvanta::pipewire {
 namespace {
 
 constexpr std::chrono::milliseconds kFirstAnswerBound{2000};
+constexpr std::chrono::milliseconds kAnswerBound{2000};
 
 } // namespace
 
@@ -86,7 +87,7 @@ void AudioSystem::scheduleUpdate() {
 void AudioSystem::update() {
     parts_->processes.update(parts_->mirror, parts_->connection.hasAnswered());
     if (parts_->connection.hasAnswered())
-        parts_->devices.update();
+        parts_->devices.update(graphRate());
     parts_->taps.update();
     parts_->aggregates.update();
     // Last: a tapped program that opens a stream must not be heard before it is claimed.
@@ -121,8 +122,10 @@ PropertyAnswer AudioSystem::read(AudioObjectID object, const AudioObjectProperty
         return readSystem(address);
     if (auto answer = parts_->processes.read(object, address))
         return *answer;
-    if (auto answer = parts_->devices.read(object, address, graphRate()))
-        return *answer;
+    if (auto answer = parts_->devices.read(object, address, graphRate())) {
+        parts_->connection.ask();
+        return hasServer() ? *answer : PropertyAnswer::failure(kAudioHardwareNotRunningError);
+    }
     if (auto answer = parts_->aggregates.read(object, address, graphRate()))
         return *answer;
     if (auto answer = parts_->taps.read(object, address, graphRate()))
@@ -131,6 +134,7 @@ PropertyAnswer AudioSystem::read(AudioObjectID object, const AudioObjectProperty
 }
 
 PropertyAnswer AudioSystem::readSystem(const AudioObjectPropertyAddress& address) {
+    parts_->connection.ask();
     switch (address.mSelector) {
     case kAudioHardwarePropertyProcessObjectList:
         // Processes outlive the server, so this list is good without one.
@@ -190,7 +194,16 @@ OSStatus AudioSystem::write(AudioObjectID object, const AudioObjectPropertyAddre
     std::memcpy(&volume, data, sizeof volume);
     const OSStatus status = parts_->devices.setVolume(object, address, volume);
     scheduleUpdate();
-    return status;
+    if (status != noErr)
+        return status;
+    // The answer to a question that was asked before the volume was set says nothing about it.
+    const auto isAnswered = [this] {
+        return parts_->connection.isQuiet() || !hasServer();
+    };
+    loop_.waitFor(isAnswered, kAnswerBound);
+    parts_->connection.ask();
+    loop_.waitFor(isAnswered, kAnswerBound);
+    return hasServer() ? noErr : kAudioHardwareNotRunningError;
 }
 
 } // namespace orvanta::pipewire

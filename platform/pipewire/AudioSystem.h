@@ -27,13 +27,13 @@ public:
 
     [[nodiscard]] Aggregates& aggregates() { return parts_->aggregates; }
 
-    [[nodiscard]] OutputDevices& devices() { return parts_->devices; }
+    [[nodiscard]] const ProcessObjects& processes() const { return parts_->processes; }
 
     /// Waits, two seconds at the most, until the first server has told all it has, or turned out
     /// not to be there.
     void waitForFirstAnswer();
 
-    [[nodiscard]] bool hasServer() const { return parts_->connection.hasAnswered(); }
+    [[nodiscard]] bool hasServer() const { return parts_->connection.isAnswering(); }
 
     PropertyAnswer read(AudioObjectID object, const AudioObjectPropertyAddress& address);
     OSStatus isSettable(AudioObjectID object, const AudioObjectPropertyAddress& address,

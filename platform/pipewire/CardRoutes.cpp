@@ -1,6 +1,7 @@
 #include "platform/pipewire/CardRoutes.h"
 
 #include "platform/pipewire/ChannelVolumes.h"
+#include "platform/pipewire/PropertyMap.h"
 
 #include <pipewire/device.h>
 #include <pipewire/pipewire.h>
@@ -13,6 +14,15 @@
 namespace orvanta::pipewire {
 
 struct CardEvents {
+    static void info(void* data, const pw_device_info* info) {
+        auto& card = *static_cast<CardRoutes*>(data);
+        PropertyMap properties;
+        properties.merge(info->props);
+        if (properties.has(PW_KEY_DEVICE_VENDOR_NAME))
+            card.vendor_ = properties.text(PW_KEY_DEVICE_VENDOR_NAME);
+        card.changed_();
+    }
+
     static void param(void* data, int, std::uint32_t id, std::uint32_t, std::uint32_t,
                       const spa_pod* param) {
         auto& card = *static_cast<CardRoutes*>(data);
@@ -25,7 +35,8 @@ struct CardEvents {
 
 CardRoutes::CardRoutes(pw_registry* registry, std::uint32_t id, std::function<void()> changed)
     : changed_(std::move(changed)) {
-    static constexpr pw_device_events events{PW_VERSION_DEVICE_EVENTS, nullptr, CardEvents::param};
+    static constexpr pw_device_events events{PW_VERSION_DEVICE_EVENTS, CardEvents::info,
+                                             CardEvents::param};
     device_ = static_cast<pw_device*>(
         pw_registry_bind(registry, id, PW_TYPE_INTERFACE_Device, PW_VERSION_DEVICE, 0));
     if (device_ == nullptr)

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <string>
 #include <vector>
 
 struct pw_device;
@@ -13,14 +14,18 @@ struct spa_pod;
 
 namespace orvanta::pipewire {
 
-/// The active routes of one sound card. A real card keeps the volume of a sink in the route that
-/// the sink plays through, so that it lasts over replugging and each route has its own.
+/// One sound card: who made it, and its active routes. A real card keeps the volume of a sink in
+/// the route that the sink plays through, so that it lasts over replugging and each route has its
+/// own.
 class CardRoutes {
 public:
     CardRoutes(pw_registry* registry, std::uint32_t id, std::function<void()> changed);
     ~CardRoutes();
     CardRoutes(const CardRoutes&) = delete;
     CardRoutes& operator=(const CardRoutes&) = delete;
+
+    /// Empty while it is not known, and for cards that do not tell.
+    [[nodiscard]] const std::string& vendor() const { return vendor_; }
 
     /// Linear factors of the route behind one of the card's devices; empty when there is no route.
     [[nodiscard]] std::vector<float> channelVolumes(std::uint32_t profileDevice) const;
@@ -41,6 +46,7 @@ private:
     std::function<void()> changed_;
     pw_device* device_ = nullptr;
     spa_hook hook_{};
+    std::string vendor_;
     std::map<std::uint32_t, Route> routes_;
 };
 

@@ -117,7 +117,9 @@ void ControlLoop::onDataThread(const std::function<void()>& work) const {
 ControlTimer::ControlTimer(ControlLoop& loop, std::function<void()> fired)
     : loop_(loop), fired_(std::move(fired)) {
     const auto expired = [](void* data, std::uint64_t) {
-        static_cast<ControlTimer*>(data)->fired_();
+        auto& timer = *static_cast<ControlTimer*>(data);
+        timer.isSet_ = false;
+        timer.fired_();
     };
     source_ = pw_loop_add_timer(loop_.loop(), expired, this);
 }
@@ -135,12 +137,14 @@ void ControlTimer::set(std::chrono::milliseconds delay) {
     timespec value{};
     value.tv_sec = nanoseconds / 1'000'000'000;
     value.tv_nsec = nanoseconds % 1'000'000'000;
+    isSet_ = true;
     pw_loop_update_timer(loop_.loop(), source_, &value, nullptr, false);
 }
 
 void ControlTimer::cancel() {
     if (source_ == nullptr)
         return;
+    isSet_ = false;
     timespec never{};
     pw_loop_update_timer(loop_.loop(), source_, &never, nullptr, false);
 }

@@ -78,10 +78,14 @@ public:
     void set(std::chrono::milliseconds delay);
     void cancel();
 
+    /// Whether it is going to fire.
+    [[nodiscard]] bool isSet() const { return isSet_; }
+
 private:
     ControlLoop& loop_;
     std::function<void()> fired_;
     spa_source* source_ = nullptr;
+    bool isSet_ = false;
 };
 
 /// Tells once when a file descriptor becomes readable.

@@ -1,12 +1,17 @@
 #include "platform/pipewire/OutputDevices.h"
 
+#include "core/platform/StreamConfiguration.h"
 #include "platform/pipewire/DefaultSinkName.h"
+#include "platform/pipewire/PrintableText.h"
 #include "platform/pipewire/TransportType.h"
 #include "platform/pipewire/VolumeLaw.h"
 
 #include <pipewire/keys.h>
+#include <spa/param/audio/raw.h>
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace orvanta::pipewire {
 namespace {
@@ -16,12 +21,24 @@ bool isVolume(const AudioObjectPropertyAddress& address) {
            address.mScope == kAudioObjectPropertyScopeOutput;
 }
 
+/// More than any name of a device has, and little enough to draw.
+constexpr std::size_t kLongestName = 256;
+/// A UID stays whole, or two devices might become one; this only stops nonsense.
+constexpr std::size_t kLongestUID = 4096;
+
+/// Channels of a device that does not tell: it must not look as if nothing could be played on it.
+constexpr std::uint32_t kUntoldChannels = 2;
+
+std::string uidOf(const PropertyMap& properties) {
+    return printable(properties.text(PW_KEY_NODE_NAME), kLongestUID);
+}
+
 /// For people: some devices have a description, some only a nickname, all should have a name.
-const std::string& readableName(const PropertyMap& properties) {
+std::string readableName(const PropertyMap& properties) {
     for (const char* key : {PW_KEY_NODE_DESCRIPTION, PW_KEY_NODE_NICK})
         if (properties.has(key))
-            return properties.text(key);
-    return properties.text(PW_KEY_NODE_NAME);
+            return printable(properties.text(key), kLongestName);
+    return printable(properties.text(PW_KEY_NODE_NAME), kLongestName);
 }
 
 /// The volume of the device (element 0: its loudest channel) or of one channel (from 1).
@@ -39,18 +56,20 @@ std::optional<float> scalarOf(const std::vector<float>& volumes,
 OutputDevices::OutputDevices(ServerMirror& mirror, ObjectIds& ids, PropertyListeners& listeners)
     : mirror_(mirror), ids_(ids), listeners_(listeners) {}
 
-void OutputDevices::update() {
+void OutputDevices::update(double rate) {
     const bool anyGone = removeGone();
     const bool anyNew = addNew();
     if (anyGone || anyNew)
         listeners_.notify(kAudioObjectSystemObject, {kAudioHardwarePropertyDevices});
     noticeChanges();
     noticeDefault();
+    noticeRate(rate);
 }
 
 void OutputDevices::forgetAll() {
     for (const auto& [id, device] : devices_)
-        former_[device.uid] = id;
+        if (!device.uid.empty())
+            former_[device.uid] = id;
     devices_.clear();
     default_ = kAudioObjectUnknown;
 }
@@ -71,8 +90,10 @@ bool OutputDevices::addNew() {
             continue;
         Device device;
         device.node = node->ref;
-        device.uid = node->properties.text(PW_KEY_NODE_NAME);
+        device.uid = uidOf(node->properties);
         device.name = readableName(node->properties);
+        device.manufacturer = manufacturerOf(*node);
+        device.channels = channelsOf(*node);
         device.stream = ids_.next();
         const auto former = former_.find(device.uid);
         const AudioObjectID id = former != former_.end() ? former->second : ids_.next();
@@ -85,32 +106,47 @@ bool OutputDevices::addNew() {
 }
 
 void OutputDevices::noticeChanges() {
-    for (auto& [id, device] : devices_) {
-        const ServerNode* node = mirror_.node(device.node);
-        if (node == nullptr)
-            continue;
-        if (const std::string& name = readableName(node->properties); name != device.name) {
-            device.name = name;
-            listeners_.notify(id, {kAudioObjectPropertyName});
-        }
-        if (auto volumes = volumesOf(*node); volumes != device.volumes) {
-            device.volumes = std::move(volumes);
-            for (AudioObjectPropertyElement element = 0; element <= 2; ++element)
-                listeners_.notify(id, {kAudioDevicePropertyVolumeScalar,
-                                       kAudioObjectPropertyScopeOutput, element});
-        }
+    for (auto& [id, device] : devices_)
+        if (const ServerNode* node = mirror_.node(device.node))
+            noticeChanges(id, device, *node);
+}
+
+void OutputDevices::noticeChanges(AudioObjectID id, Device& device, const ServerNode& node) {
+    const auto isNew = [](auto& known, auto now) {
+        return std::exchange(known, now) != now;
+    };
+    if (isNew(device.name, readableName(node.properties))) {
+        listeners_.notify(id, {kAudioObjectPropertyName});
+        // Whoever shows a list of devices shows their names.
+        listeners_.notify(kAudioObjectSystemObject, {kAudioHardwarePropertyDevices});
     }
+    if (isNew(device.manufacturer, manufacturerOf(node)))
+        listeners_.notify(id, {kAudioObjectPropertyManufacturer});
+    if (isNew(device.channels, channelsOf(node)))
+        listeners_.notify(
+            id, {kAudioDevicePropertyStreamConfiguration, kAudioObjectPropertyScopeOutput});
+    if (isNew(device.volumes, volumesOf(node)))
+        for (AudioObjectPropertyElement element = 0; element <= 2; ++element)
+            listeners_.notify(
+                id, {kAudioDevicePropertyVolumeScalar, kAudioObjectPropertyScopeOutput, element});
 }
 
 void OutputDevices::noticeDefault() {
     const std::string name =
         defaultSinkName(mirror_.defaults().value(0, "default.audio.sink").value);
     // A tap's node has no device object, so it never counts as the default.
-    const AudioObjectID device = name.empty() ? kAudioObjectUnknown : deviceWithUID(name);
+    const AudioObjectID device = deviceWithUID(printable(name, kLongestUID));
     if (device == default_)
         return;
     default_ = device;
     listeners_.notify(kAudioObjectSystemObject, {kAudioHardwarePropertyDefaultOutputDevice});
+}
+
+void OutputDevices::noticeRate(double rate) {
+    if (std::exchange(rate_, rate) == rate)
+        return;
+    for (const auto& [id, device] : devices_)
+        listeners_.notify(id, {kAudioDevicePropertyNominalSampleRate});
 }
 
 std::vector<AudioObjectID> OutputDevices::list() const {
@@ -121,6 +157,8 @@ std::vector<AudioObjectID> OutputDevices::list() const {
 }
 
 AudioObjectID OutputDevices::deviceWithUID(const std::string& uid) const {
+    if (uid.empty())
+        return kAudioObjectUnknown;
     for (const auto& [id, device] : devices_)
         if (device.uid == uid)
             return id;
@@ -136,11 +174,28 @@ const ServerNode* OutputDevices::nodeOf(AudioObjectID object) const {
     return found == devices_.end() ? nullptr : mirror_.node(found->second.node);
 }
 
+std::string OutputDevices::manufacturerOf(const ServerNode& node) const {
+    const CardRoutes* card = mirror_.cardOf(node);
+    return card == nullptr ? "" : printable(card->vendor(), kLongestName);
+}
+
+/// What is there to be linked to counts, where it is there.
+std::uint32_t OutputDevices::channelsOf(const ServerNode& node) const {
+    const auto ports = mirror_.portsOf(node.ref.id);
+    const auto inputs = std::count_if(ports.begin(), ports.end(), [](const ServerPort* port) {
+        return port->isInput && !port->isMonitor;
+    });
+    if (inputs > 0)
+        return static_cast<std::uint32_t>(inputs);
+    const std::uint32_t told = node.properties.number(PW_KEY_AUDIO_CHANNELS).value_or(0);
+    return told > 0 && told <= SPA_AUDIO_MAX_CHANNELS ? told : kUntoldChannels;
+}
+
 std::vector<float> OutputDevices::volumesOf(const ServerNode& node) const {
-    if (const CardRoutes* card = mirror_.cardOf(node))
-        if (auto volumes =
-                card->channelVolumes(node.properties.number("card.profile.device").value_or(0));
-            !volumes.empty())
+    const CardRoutes* card = mirror_.cardOf(node);
+    if (const auto profileDevice = node.properties.number("card.profile.device");
+        card != nullptr && profileDevice)
+        if (auto volumes = card->channelVolumes(*profileDevice); !volumes.empty())
             return volumes;
     return node.channelVolumes;
 }
@@ -158,6 +213,8 @@ std::optional<PropertyAnswer> OutputDevices::read(AudioObjectID object,
         return PropertyAnswer::of(device.uid);
     case kAudioObjectPropertyName:
         return PropertyAnswer::of(readableName(node->properties));
+    case kAudioObjectPropertyManufacturer:
+        return PropertyAnswer::of(manufacturerOf(*node));
     case kAudioDevicePropertyTransportType:
         return PropertyAnswer::of(transportType(node->properties));
     case kAudioDevicePropertyNominalSampleRate:
@@ -166,6 +223,12 @@ std::optional<PropertyAnswer> OutputDevices::read(AudioObjectID object,
         if (address.mScope == kAudioObjectPropertyScopeInput)
             return PropertyAnswer::of(std::vector<AudioObjectID>{});
         return PropertyAnswer::of(std::vector<AudioObjectID>{device.stream});
+    case kAudioDevicePropertyStreamConfiguration:
+        if (address.mScope == kAudioObjectPropertyScopeInput)
+            return PropertyAnswer::of(streamConfiguration({}));
+        if (address.mScope == kAudioObjectPropertyScopeOutput)
+            return PropertyAnswer::of(streamConfiguration(std::array{channelsOf(*node)}));
+        return PropertyAnswer{};
     case kAudioDevicePropertyVolumeScalar:
         if (isVolume(address))
             if (const auto scalar = scalarOf(volumesOf(*node), address.mElement))

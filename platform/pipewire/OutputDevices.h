@@ -15,8 +15,8 @@ class OutputDevices {
 public:
     OutputDevices(ServerMirror& mirror, ObjectIds& ids, PropertyListeners& listeners);
 
-    /// Takes in what the server has now.
-    void update();
+    /// Takes in what the server has now. `rate` is the graph's, in Hz.
+    void update(double rate);
 
     /// The server is gone. Devices that a next one has under the same UID keep their ids.
     void forgetAll();
@@ -29,6 +29,7 @@ public:
     /// 0 when the session has none, or names something that is no device.
     [[nodiscard]] AudioObjectID defaultDevice() const { return default_; }
 
+    /// 0 when there is none. A device without a UID cannot be found, an empty one is nobody's.
     [[nodiscard]] AudioObjectID deviceWithUID(const std::string& uid) const;
 
     /// Null when there is none.
@@ -51,16 +52,22 @@ private:
         NodeRef node;
         std::string uid;
         std::string name;
+        std::string manufacturer;
+        std::uint32_t channels = 0;
         std::vector<float> volumes;
         AudioObjectID stream = kAudioObjectUnknown;
     };
 
+    [[nodiscard]] std::string manufacturerOf(const ServerNode& node) const;
+    [[nodiscard]] std::uint32_t channelsOf(const ServerNode& node) const;
     [[nodiscard]] std::vector<float> volumesOf(const ServerNode& node) const;
+    void noticeChanges(AudioObjectID id, Device& device, const ServerNode& node);
     [[nodiscard]] const ServerNode* nodeOf(AudioObjectID object) const;
     bool addNew();
     bool removeGone();
     void noticeChanges();
     void noticeDefault();
+    void noticeRate(double rate);
 
     ServerMirror& mirror_;
     ObjectIds& ids_;
@@ -69,6 +76,7 @@ private:
     /// Ids of devices of a server that is gone, by UID.
     std::map<std::string, AudioObjectID> former_;
     AudioObjectID default_ = kAudioObjectUnknown;
+    double rate_ = 0;
 };
 
 } // namespace orvanta::pipewire

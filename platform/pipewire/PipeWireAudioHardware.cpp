@@ -144,6 +144,26 @@ OSStatus PipeWireAudioHardware::destroyIOProcID(AudioObjectID device, AudioDevic
     });
 }
 
+std::vector<AudioClient> PipeWireAudioHardware::audioClients() const {
+    std::vector<AudioClient> clients;
+    locked(*system_, [&](AudioSystem& system) {
+        system.waitForFirstAnswer();
+        clients = system.processes().clients();
+        return noErr;
+    });
+    return clients;
+}
+
+std::optional<AudioClient> PipeWireAudioHardware::audioClient(std::int32_t pid) const {
+    std::optional<AudioClient> client;
+    locked(*system_, [&](AudioSystem& system) {
+        system.waitForFirstAnswer();
+        client = system.processes().client(pid);
+        return noErr;
+    });
+    return client;
+}
+
 OSStatus PipeWireAudioHardware::startDevice(AudioObjectID device, AudioDeviceIOProcID procID) {
     return locked(*system_,
                   [&](AudioSystem& system) { return system.aggregates().start(device, procID); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/platform/AudioClient.h"
 #include "core/platform/AudioHardware.h"
 #include "core/platform/SystemLog.h"
 
@@ -24,7 +25,7 @@ struct PipeWireOptions {
 ///
 /// The server may be absent, die and come back at any time: calls then answer failing statuses and
 /// everything that exists comes back to life with the server, under the same ids.
-class PipeWireAudioHardware final : public AudioHardware {
+class PipeWireAudioHardware final : public AudioHardware, public AudioClients {
 public:
     /// Starts to connect and returns at once. `log` must outlive the object.
     PipeWireAudioHardware(PipeWireOptions options, SystemLog& log);
@@ -61,6 +62,9 @@ public:
     OSStatus destroyIOProcID(AudioObjectID device, AudioDeviceIOProcID procID) override;
     OSStatus startDevice(AudioObjectID device, AudioDeviceIOProcID procID) override;
     OSStatus stopDevice(AudioObjectID device, AudioDeviceIOProcID procID) override;
+
+    [[nodiscard]] std::vector<AudioClient> audioClients() const override;
+    [[nodiscard]] std::optional<AudioClient> audioClient(std::int32_t pid) const override;
 
     /// Whether a server answers just now. The first call waits up to two seconds for it.
     [[nodiscard]] bool isServerReachable();

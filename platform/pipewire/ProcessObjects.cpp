@@ -1,5 +1,6 @@
 #include "platform/pipewire/ProcessObjects.h"
 
+#include "platform/pipewire/ClientIdentity.h"
 #include "platform/pipewire/StreamOwner.h"
 
 #include <algorithm>
@@ -16,11 +17,19 @@ int openProcess(pid_t pid) {
     return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
 }
 
+/// A patched node runs as long as its program likes.
+bool plays(const ServerMirror& mirror, const ServerNode& node) {
+    return node.state == PW_NODE_STATE_RUNNING &&
+           (node.kind == NodeKind::outputStream || mirror.feedsDevice(node.ref.id));
+}
+
 } // namespace
 
 struct ProcessObjects::Process {
     AudioObjectID id = kAudioObjectUnknown;
     pid_t pid = 0;
+    /// Once told it stays, for a program that closes its stream is still the same.
+    AudioClient client;
     /// Null where the process cannot be seen from here, in another container for example. It then
     /// ends with its last stream.
     std::unique_ptr<ControlWatch> end;
@@ -46,16 +55,24 @@ void ProcessObjects::update(const ServerMirror& mirror, bool isConnected) {
 void ProcessObjects::learnStreams(const ServerMirror& mirror) {
     std::map<NodeRef, AudioObjectID> owners;
     std::set<NodeRef> orphans;
-    for (const ServerNode* stream : mirror.nodes(NodeKind::outputStream)) {
+    for (const ServerNode* stream : mirror.playback()) {
+        // What is patched plays from the moment it is linked to a device, and is known from then
+        // on.
+        if (stream->kind == NodeKind::patched && !owners_.contains(stream->ref) &&
+            !mirror.feedsDevice(stream->ref.id))
+            continue;
         if (orphans_.contains(stream->ref)) {
             orphans.insert(stream->ref);
             continue;
         }
         const ServerClient* client = mirror.clientOf(*stream);
-        const auto pid =
-            streamOwner(stream->properties, client != nullptr ? &client->properties : nullptr);
-        if (pid)
-            owners[stream->ref] = processWith(*pid).id;
+        const PropertyMap* told = client != nullptr ? &client->properties : nullptr;
+        const auto pid = streamOwner(stream->properties, told);
+        if (!pid)
+            continue;
+        Process& process = processWith(*pid);
+        owners[stream->ref] = process.id;
+        complete(process.client, clientIdentity(stream->properties, told));
     }
     owners_ = std::move(owners);
     orphans_ = std::move(orphans);
@@ -69,6 +86,7 @@ ProcessObjects::Process& ProcessObjects::processWith(pid_t pid) {
     const AudioObjectID id = ids_.next();
     process->id = id;
     process->pid = pid;
+    process->client.pid = pid;
     if (const int descriptor = openProcess(pid); descriptor >= 0)
         process->end = std::make_unique<ControlWatch>(loop_, descriptor, [this, id] { ended(id); });
     if (process->end != nullptr && !process->end->isUsable())
@@ -101,8 +119,7 @@ void ProcessObjects::updateActivity(const ServerMirror& mirror) {
     std::set<AudioObjectID> playing;
     std::set<pid_t> recording;
     for (const auto& [stream, owner] : owners_)
-        if (const ServerNode* node = mirror.node(stream);
-            node != nullptr && node->state == PW_NODE_STATE_RUNNING)
+        if (const ServerNode* node = mirror.node(stream); node != nullptr && plays(mirror, *node))
             playing.insert(owner);
     for (const ServerNode* stream : mirror.nodes(NodeKind::inputStream)) {
         const ServerClient* client = mirror.clientOf(*stream);
@@ -136,6 +153,20 @@ bool ProcessObjects::contains(AudioObjectID object) const {
 AudioObjectID ProcessObjects::ownerOf(const NodeRef& stream) const {
     const auto found = owners_.find(stream);
     return found == owners_.end() ? kAudioObjectUnknown : found->second;
+}
+
+std::vector<AudioClient> ProcessObjects::clients() const {
+    std::vector<AudioClient> all;
+    for (const auto& [id, process] : processes_)
+        all.push_back(process->client);
+    return all;
+}
+
+std::optional<AudioClient> ProcessObjects::client(pid_t pid) const {
+    for (const auto& [id, process] : processes_)
+        if (process->pid == pid)
+            return process->client;
+    return std::nullopt;
 }
 
 std::optional<PropertyAnswer>

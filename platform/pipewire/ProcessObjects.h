@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/platform/AudioClient.h"
 #include "platform/pipewire/ControlLoop.h"
 #include "platform/pipewire/ObjectIds.h"
 #include "platform/pipewire/PropertyAnswer.h"
@@ -14,8 +15,9 @@
 
 namespace orvanta::pipewire {
 
-/// The processes that have played. An object begins with a process's first stream and ends with
-/// the process itself, not with the stream and not with the server. All of it with the lock held.
+/// The processes that have played. An object begins with a process's first stream, or the first
+/// link from a patched node of it to a device, and ends with the process itself, not with the
+/// stream and not with the server. All of it with the lock held.
 class ProcessObjects {
 public:
     /// `changed` is called when a process has ended, on the control thread.
@@ -35,6 +37,12 @@ public:
 
     /// 0 when the stream's process is not known (yet), or has ended.
     [[nodiscard]] AudioObjectID ownerOf(const NodeRef& stream) const;
+
+    /// What the programs have told of themselves, in the order of `list`.
+    [[nodiscard]] std::vector<AudioClient> clients() const;
+
+    /// Nothing for a process that has not played.
+    [[nodiscard]] std::optional<AudioClient> client(pid_t pid) const;
 
     /// Nothing when there is no such process object.
     [[nodiscard]] std::optional<PropertyAnswer>

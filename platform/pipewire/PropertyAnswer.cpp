@@ -23,6 +23,10 @@ Bytes bytesOf(const std::vector<AudioObjectID>& list) {
             sizeof(AudioObjectID)};
 }
 
+Bytes bytesOf(const std::vector<std::byte>& data) {
+    return {data.data(), static_cast<std::uint32_t>(data.size()), 0};
+}
+
 Bytes bytesOf(const std::string&) {
     return {};
 }

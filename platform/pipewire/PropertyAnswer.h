@@ -2,6 +2,7 @@
 
 #include "core/platform/AudioObject.h"
 
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <variant>
@@ -12,7 +13,7 @@ namespace orvanta::pipewire {
 /// The value of a property, of whichever type it is.
 using PropertyValue =
     std::variant<std::uint32_t, std::int32_t, float, double, AudioStreamBasicDescription,
-                 std::vector<AudioObjectID>, std::string>;
+                 std::vector<AudioObjectID>, std::vector<std::byte>, std::string>;
 
 /// A property's value, or why there is none.
 struct PropertyAnswer {

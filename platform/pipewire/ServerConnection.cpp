@@ -5,6 +5,7 @@
 #include <pipewire/pipewire.h>
 
 #include <cerrno>
+#include <utility>
 
 namespace orvanta::pipewire {
 namespace {
@@ -19,7 +20,8 @@ constexpr std::chrono::milliseconds kLazyRetry{1000};
 /// the third the answers of those that other programs keep (the session manager's metadata).
 constexpr int kRounds = 3;
 
-/// How long a server may take to answer after an error on the connection until it counts as lost.
+/// How long a server may take to answer. After that no call waits for it any more, and where an
+/// error about the connection came before, the connection counts as lost.
 constexpr std::chrono::milliseconds kLongestSilence{1500};
 
 } // namespace
@@ -36,7 +38,7 @@ struct ConnectionEvents {
         if (id != PW_ID_CORE)
             return;
         auto& connection = *static_cast<ServerConnection*>(data);
-        connection.probeDone(sequence);
+        connection.answered(sequence);
         connection.roundDone(sequence);
     }
 
@@ -64,7 +66,7 @@ ServerConnection::ServerConnection(ControlLoop& loop, std::string remoteName,
       logger_(logger),
       retry_(loop, [this] { connect(); }),
       loss_(loop, [this] { lose(); }),
-      silence_(loop, [this] { lose(); }) {
+      silence_(loop, [this] { silent(); }) {
     retry_.set(std::chrono::milliseconds(0));
 }
 
@@ -98,6 +100,7 @@ void ServerConnection::connect() {
     pw_core_add_listener(core_, &coreHook_, &events, this);
     listener_.serverConnected(core_);
     sequence_ = pw_core_sync(core_, PW_ID_CORE, 0);
+    ask();
 }
 
 void ServerConnection::roundDone(int sequence) {
@@ -126,20 +129,42 @@ void ServerConnection::failed(std::uint32_t id, int result, const char* message)
         probe();
 }
 
-/// Some errors about the core are about one request, others mean that nothing will come any more,
-/// and the numbers do not tell which. An answer does.
-void ServerConnection::probe() {
-    if (probe_)
+void ServerConnection::ask() {
+    if (core_ == nullptr || probe_)
         return;
     probe_ = pw_core_sync(core_, PW_ID_CORE, 0);
     silence_.set(kLongestSilence);
 }
 
-void ServerConnection::probeDone(int sequence) {
+/// Some errors about the core are about one request, others mean that nothing will come any more,
+/// and the numbers do not tell which. An answer does.
+void ServerConnection::probe() {
+    if (isDoubtful_)
+        return;
+    isDoubtful_ = true;
+    ask();
+    silence_.set(kLongestSilence);
+}
+
+void ServerConnection::answered(int sequence) {
     if (probe_ != sequence)
         return;
     probe_.reset();
     silence_.cancel();
+    isDoubtful_ = false;
+    if (std::exchange(isSilent_, false))
+        logger_.info("The PipeWire server answers again");
+    loop_.changed();
+}
+
+void ServerConnection::silent() {
+    if (isDoubtful_) {
+        lose();
+        return;
+    }
+    if (!std::exchange(isSilent_, true))
+        logger_.error("The PipeWire server does not answer");
+    loop_.changed();
 }
 
 void ServerConnection::lose() {
@@ -148,6 +173,8 @@ void ServerConnection::lose() {
     logger_.error("The connection to the PipeWire server is lost");
     roundsLeft_ = 0;
     probe_.reset();
+    isDoubtful_ = false;
+    isSilent_ = false;
     silence_.cancel();
     loss_.cancel();
     listener_.serverLost();

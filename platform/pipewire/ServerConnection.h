@@ -49,10 +49,20 @@ public:
     /// Whether the server has told everything that was there when it was reached.
     [[nodiscard]] bool hasAnswered() const { return core_ != nullptr && roundsLeft_ == 0; }
 
-    /// Whether there is nothing to wait for: the server has answered, or there is none.
+    /// The same, and whether it still does answer: a server may stand still without being gone.
+    [[nodiscard]] bool isAnswering() const { return hasAnswered() && !isSilent_; }
+
+    /// Whether there is nothing to wait for: the server has answered, or there is none that does.
     [[nodiscard]] bool isSettled() const {
-        return attempted_ && (core_ == nullptr || hasAnswered());
+        return attempted_ && (core_ == nullptr || hasAnswered() || isSilent_);
     }
+
+    /// Asks the server for a sign of life. Where none comes for a second and a half, `isAnswering`
+    /// turns false until one comes after all.
+    void ask();
+
+    /// Whether everything that was asked is answered.
+    [[nodiscard]] bool isQuiet() const { return !probe_; }
 
     /// How many times a server was reached.
     [[nodiscard]] std::uint64_t connections() const { return connections_; }
@@ -67,7 +77,8 @@ private:
     void lose();
     void roundDone(int sequence);
     void probe();
-    void probeDone(int sequence);
+    void answered(int sequence);
+    void silent();
     void failed(std::uint32_t id, int result, const char* message);
 
     ControlLoop& loop_;
@@ -77,9 +88,12 @@ private:
     const Logger& logger_;
     ControlTimer retry_;
     ControlTimer loss_;
-    /// Runs while a server that reported an error about the connection has not answered since.
+    /// Runs while the server owes an answer.
     ControlTimer silence_;
     std::optional<int> probe_;
+    /// The server has reported an error about the connection and not answered since.
+    bool isDoubtful_ = false;
+    bool isSilent_ = false;
     int failures_ = 0;
     std::uint64_t connections_ = 0;
     pw_core* core_ = nullptr;

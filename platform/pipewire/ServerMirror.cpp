@@ -24,6 +24,8 @@ NodeKind kindOf(const PropertyMap& properties) {
         return NodeKind::outputStream;
     if (mediaClass == "Stream/Input/Audio")
         return NodeKind::inputStream;
+    if (mediaClass.empty() && properties.has(PW_KEY_CLIENT_ID))
+        return NodeKind::patched;
     if (mediaClass == "Audio/Sink" && !isTapName(name) && name != kPlaceholder)
         return NodeKind::device;
     return NodeKind::other;
@@ -70,6 +72,7 @@ struct MirrorEvents {
     static void nodeInfo(void* data, const pw_node_info* info) {
         auto& node = *static_cast<ServerMirror::BoundNode*>(data);
         node.properties.merge(info->props);
+        node.isDescribed = true;
         node.state = info->state;
         node.mirror->changed_();
     }
@@ -221,6 +224,24 @@ std::vector<const ServerNode*> ServerMirror::nodes(NodeKind kind) const {
     return found;
 }
 
+std::vector<const ServerNode*> ServerMirror::playback() const {
+    std::vector<const ServerNode*> found;
+    for (const auto& [id, node] : nodes_)
+        if (node->isDescribed &&
+            (node->kind == NodeKind::outputStream || node->kind == NodeKind::patched))
+            found.push_back(node.get());
+    return found;
+}
+
+bool ServerMirror::feedsDevice(std::uint32_t nodeId) const {
+    return std::any_of(links_.begin(), links_.end(), [&](const auto& entry) {
+        if (entry.second.outputNode != nodeId)
+            return false;
+        const ServerNode* target = nodeWithId(entry.second.inputNode);
+        return target != nullptr && target->kind == NodeKind::device;
+    });
+}
+
 const ServerNode* ServerMirror::nodeWithId(std::uint32_t id) const {
     const auto found = nodes_.find(id);
     return found == nodes_.end() ? nullptr : found->second.get();
@@ -259,9 +280,7 @@ std::vector<const ServerPort*> ServerMirror::portsOf(std::uint32_t nodeId) const
 
 const CardRoutes* ServerMirror::cardOf(const ServerNode& device) const {
     const auto id = device.properties.number(PW_KEY_DEVICE_ID);
-    if (!id || !device.properties.has("card.profile.device"))
-        return nullptr;
-    const auto found = cards_.find(*id);
+    const auto found = id ? cards_.find(*id) : cards_.end();
     return found == cards_.end() ? nullptr : found->second.get();
 }
 

@@ -33,6 +33,10 @@ public:
 
     [[nodiscard]] std::vector<const ServerNode*> nodes(NodeKind kind) const;
 
+    /// What programs may play through, as far as the server has described it in full: their
+    /// streams and patched nodes, wherever these are linked.
+    [[nodiscard]] std::vector<const ServerNode*> playback() const;
+
     /// Null when there is none.
     [[nodiscard]] const ServerNode* node(const NodeRef& ref) const;
     /// The node that has this id now.
@@ -46,13 +50,16 @@ public:
 
     [[nodiscard]] const std::map<std::uint32_t, ServerLink>& links() const { return links_; }
 
+    /// Whether an output of this node is linked to a device.
+    [[nodiscard]] bool feedsDevice(std::uint32_t nodeId) const;
+
     [[nodiscard]] MetadataMirror& defaults() { return defaults_; }
 
     [[nodiscard]] const MetadataMirror& defaults() const { return defaults_; }
 
     [[nodiscard]] const MetadataMirror& settings() const { return settings_; }
 
-    /// Where a real card keeps the volume of this device, null where the node itself does.
+    /// The card that has this device; null for devices that no card has.
     [[nodiscard]] const CardRoutes* cardOf(const ServerNode& device) const;
 
     /// Linear factors, one for every channel.

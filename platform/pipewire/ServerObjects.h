@@ -13,6 +13,7 @@ namespace orvanta::pipewire {
 enum class NodeKind {
     outputStream, ///< a program's playback
     inputStream,  ///< a program's recording
+    patched,      ///< of a program that is linked by itself or by hand only, as JACK clients are
     device,       ///< a sink, also one that another program made
     other,        ///< among them the nodes of taps, which pose as sinks but are none
 };
@@ -31,6 +32,8 @@ struct ServerNode {
     NodeRef ref;
     NodeKind kind = NodeKind::other;
     PropertyMap properties;
+    /// False while only the few properties are known that come with the announcement.
+    bool isDescribed = false;
     pw_node_state state = PW_NODE_STATE_SUSPENDED;
     /// Linear factors, one for every channel; empty until the server has told.
     std::vector<float> channelVolumes;

@@ -32,10 +32,13 @@ void StreamClaims::update(const std::vector<NodeRef>& streams, Time now) {
         if (deferred_.contains(stream))
             continue;
         const auto found = claims_.find(stream);
-        if (found == claims_.end())
+        if (found == claims_.end()) {
             claim(stream);
-        else
-            defend(stream, found->second, now);
+            continue;
+        }
+        if (!found->second.hasArrived)
+            found->second.hasArrived = feedsTap(stream) && !mirror_.feedsDevice(stream.id);
+        defend(stream, found->second, now);
     }
     isStale_ = false;
 }
@@ -90,6 +93,39 @@ void StreamClaims::defend(const NodeRef& stream, Claim& claim, Time now) {
     logger_.info("Stream %u was moved to '%s', taking it back", stream.id, current.value.c_str());
     metadata_.set(stream.id, kTargetKey, ours_);
     remindOfChoice(stream);
+}
+
+bool StreamClaims::feedsTap(const NodeRef& stream) const {
+    const auto& links = mirror_.links();
+    return std::any_of(links.begin(), links.end(), [&](const auto& entry) {
+        if (entry.second.outputNode != stream.id)
+            return false;
+        const ServerNode* target = mirror_.nodeWithId(entry.second.inputNode);
+        return target != nullptr && target->properties.text(PW_KEY_NODE_NAME) == ours_.value;
+    });
+}
+
+bool StreamClaims::isStraggler(const NodeRef& stream, const Claim& claim) const {
+    return !claim.hasArrived && !claim.isLeftAlone && mirror_.feedsDevice(stream.id);
+}
+
+bool StreamClaims::haveArrived() const {
+    return std::none_of(claims_.begin(), claims_.end(), [this](const auto& entry) {
+        return isStraggler(entry.first, entry.second);
+    });
+}
+
+bool StreamClaims::leaveStragglers() {
+    bool anyLeft = false;
+    for (auto& [stream, claim] : claims_) {
+        if (!isStraggler(stream, claim))
+            continue;
+        logger_.error("Stream %u does not come to the tap, leaving it alone", stream.id);
+        giveBack(stream, claim);
+        claim.isLeftAlone = true;
+        anyLeft = true;
+    }
+    return anyLeft;
 }
 
 void StreamClaims::release() {

@@ -35,6 +35,14 @@ public:
     /// Claims the given streams, all that the tapped processes have now, and gives back others.
     void update(const std::vector<NodeRef>& streams, Time now);
 
+    /// Whether no claimed stream is still on a device. The session manager moves them a moment
+    /// after the claim, or not at all: encoded sound cannot come to a tap, and a link that was made
+    /// by hand stays.
+    [[nodiscard]] bool haveArrived() const;
+
+    /// Gives up those that have not arrived, and says whether there were any.
+    bool leaveStragglers();
+
     /// The session manager has lost all notes: the next `update` writes them again.
     void metadataLost() { isStale_ = true; }
 
@@ -45,12 +53,14 @@ private:
     struct Claim {
         MetadataValue previous;
         RateLimit takeBacks{3, std::chrono::seconds(10)};
+        bool hasArrived = false;
         bool isLeftAlone = false;
     };
 
     void claim(const NodeRef& stream);
     void defend(const NodeRef& stream, Claim& claim, Time now);
-
+    [[nodiscard]] bool feedsTap(const NodeRef& stream) const;
+    [[nodiscard]] bool isStraggler(const NodeRef& stream, const Claim& claim) const;
     void giveBack(const NodeRef& stream, const Claim& claim);
     void remindOfChoice(const NodeRef& stream);
     [[nodiscard]] MetadataValue chosenDevice(const NodeRef& stream) const;

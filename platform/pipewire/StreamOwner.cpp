@@ -15,18 +15,24 @@ std::optional<pid_t> processId(const PropertyMap& properties, std::string_view k
     return static_cast<pid_t>(*number);
 }
 
+bool isBridged(const PropertyMap& properties) {
+    return properties.text(PW_KEY_CLIENT_API) == "pipewire-pulse";
+}
+
+std::optional<pid_t> either(std::optional<pid_t> first, std::optional<pid_t> second) {
+    return first ? first : second;
+}
+
 } // namespace
 
 std::optional<pid_t> streamOwner(const PropertyMap& node, const PropertyMap* client) {
-    if (const auto pid = processId(node, PW_KEY_APP_PROCESS_ID))
-        return pid;
+    const auto toldByNode = processId(node, PW_KEY_APP_PROCESS_ID);
     if (client == nullptr)
-        return std::nullopt;
-    if (const auto pid = processId(*client, PW_KEY_APP_PROCESS_ID))
-        return pid;
-    if (client->text(PW_KEY_CLIENT_API) == "pipewire-pulse")
-        return std::nullopt;
-    return processId(*client, PW_KEY_SEC_PID);
+        return isBridged(node) || !node.has(PW_KEY_CLIENT_ID) ? toldByNode : std::nullopt;
+    const auto told = either(toldByNode, processId(*client, PW_KEY_APP_PROCESS_ID));
+    if (isBridged(node) || isBridged(*client))
+        return told;
+    return either(processId(*client, PW_KEY_SEC_PID), told);
 }
 
 } // namespace orvanta::pipewire

@@ -10,8 +10,9 @@ namespace orvanta::pipewire {
 /// Which process plays through a stream, from the stream node's own properties and those of the
 /// client that owns it; `client` is null until the server has described the client in full.
 ///
-/// A program behind the PulseAudio bridge tells its id itself, on the node or on the client. The
-/// peer of the client's socket is then the bridge, so that id must not be taken for the program's.
+/// The peer of the client's socket is what the kernel says, in the ids of the server. What a
+/// program says of itself is its id inside of its own container, so it counts only where there is
+/// no peer, and for programs behind the PulseAudio bridge, where the peer is the bridge.
 std::optional<pid_t> streamOwner(const PropertyMap& node, const PropertyMap* client);
 
 } // namespace orvanta::pipewire

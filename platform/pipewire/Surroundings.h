@@ -8,7 +8,9 @@
 #include "platform/pipewire/ServerConnection.h"
 #include "platform/pipewire/ServerMirror.h"
 
+#include <algorithm>
 #include <functional>
+#include <vector>
 
 namespace orvanta::pipewire {
 
@@ -24,6 +26,17 @@ struct Surroundings {
     const Logger& logger;
     /// Asks for everything to be brought up to date soon, on the control thread.
     std::function<void()> changed;
+
+    /// What these processes play through.
+    [[nodiscard]] std::vector<const ServerNode*>
+    playbackOf(const std::vector<AudioObjectID>& owners) const {
+        std::vector<const ServerNode*> found = mirror.playback();
+        std::erase_if(found, [&](const ServerNode* node) {
+            return std::find(owners.begin(), owners.end(), processes.ownerOf(node->ref)) ==
+                   owners.end();
+        });
+        return found;
+    }
 
     /// Another number after every restart of the server or the session manager.
     [[nodiscard]] std::uint64_t generation() const {

@@ -8,6 +8,9 @@ namespace {
 /// A program whose tap nobody plays falls silent after this at the latest.
 constexpr std::chrono::milliseconds kLatestClaim{100};
 
+/// A stream that the session manager has not moved by then is none that it moves.
+constexpr std::chrono::milliseconds kLatestArrival{2000};
+
 /// How long a tap that nobody plays keeps its links.
 constexpr std::chrono::milliseconds kLatestUnlink{100};
 
@@ -24,13 +27,14 @@ Tap::Tap(Surroundings& surroundings, AudioObjectID id, CATapDescription descript
       nodeName_(std::move(nodeName)),
       claims_(surroundings.mirror, nodeName_, surroundings.logger),
       claimTimer_(surroundings.loop, [this] { claimStreams(); }),
+      arrivalTimer_(surroundings.loop, [this] { leaveStragglers(); }),
       unlinkTimer_(surroundings.loop, [this] { playOn({}); }),
       retryTimer_(surroundings.loop, [this] { surroundings_.changed(); }),
       exports_(5, std::chrono::seconds(10)),
       silentCycles_(surroundings.loop, cycle_),
       node_(surroundings.loop, cycle_, silentCycles_),
       links_(surroundings.changed) {
-    const auto playing = streams();
+    const auto playing = chooseStreams().toClaim;
     claims_.defer({playing.begin(), playing.end()});
     if (description_.muteBehavior() == CATapMuteBehavior::muted)
         claimTimer_.set(kLatestClaim);
@@ -42,8 +46,8 @@ Tap::~Tap() {
 }
 
 bool Tap::isUsable() const {
-    return claimTimer_.isUsable() && unlinkTimer_.isUsable() && retryTimer_.isUsable() &&
-           silentCycles_.isUsable();
+    return claimTimer_.isUsable() && arrivalTimer_.isUsable() && unlinkTimer_.isUsable() &&
+           retryTimer_.isUsable() && silentCycles_.isUsable();
 }
 
 void Tap::update() {
@@ -56,12 +60,14 @@ void Tap::updateExport() {
     const bool isWanted =
         surroundings_.connection.hasAnswered() && !surroundings_.devices.isEmpty();
     if (exported_ != nullptr && (!isWanted || exported_->isLost())) {
+        wasTakenOut_ = exported_->isLost();
         links_.clear();
         exported_.reset();
     }
     if (exported_ != nullptr || !isWanted || isReleased_)
         return;
-    if (!exports_.allow(std::chrono::steady_clock::now())) {
+    // Whoever takes nodes out is not fought for ever; devices may come and go as they like.
+    if (wasTakenOut_ && !exports_.allow(std::chrono::steady_clock::now())) {
         retryTimer_.set(kRetry);
         return;
     }
@@ -72,8 +78,29 @@ void Tap::updateExport() {
 void Tap::updateClaims() {
     if (!surroundings_.mirror.defaults().isBound())
         claims_.metadataLost();
-    else if (exported_ != nullptr && !isReleased_)
-        claims_.update(streams(), std::chrono::steady_clock::now());
+    else if (exported_ != nullptr && !isReleased_ && !isStoodDown_) {
+        const StreamChoice choice = chooseStreams();
+        leave(choice.toLeave);
+        claims_.update(choice.toClaim, std::chrono::steady_clock::now());
+        if (claims_.haveArrived())
+            arrivalTimer_.cancel();
+        else if (!arrivalTimer_.isSet())
+            arrivalTimer_.set(kLatestArrival);
+    }
+}
+
+/// Nobody is to wonder why a tapped program is heard at its own volume.
+void Tap::leave(const std::vector<NodeRef>& streams) {
+    for (const NodeRef& stream : streams)
+        if (!left_.contains(stream))
+            surroundings_.logger.error("Stream %u cannot be moved and is heard beside the tap '%s'",
+                                       stream.id, description_.name().c_str());
+    left_ = {streams.begin(), streams.end()};
+}
+
+void Tap::leaveStragglers() {
+    hasStragglers_ = claims_.leaveStragglers() || hasStragglers_;
+    surroundings_.loop.changed();
 }
 
 void Tap::updateLinks() {
@@ -134,21 +161,20 @@ void Tap::claimStreams() {
     updateClaims();
 }
 
-void Tap::release() {
+void Tap::standDown() {
     claimTimer_.cancel();
-    isReleased_ = true;
+    arrivalTimer_.cancel();
+    isStoodDown_ = true;
     claims_.release();
 }
 
-std::vector<NodeRef> Tap::streams() const {
-    const auto& processes = description_.processes();
-    std::vector<NodeRef> found;
-    for (const ServerNode* stream : surroundings_.mirror.nodes(NodeKind::outputStream)) {
-        const AudioObjectID owner = surroundings_.processes.ownerOf(stream->ref);
-        if (std::find(processes.begin(), processes.end(), owner) != processes.end())
-            found.push_back(stream->ref);
-    }
-    return found;
+void Tap::release() {
+    standDown();
+    isReleased_ = true;
+}
+
+StreamChoice Tap::chooseStreams() const {
+    return pipewire::chooseStreams(surroundings_.playbackOf(description_.processes()));
 }
 
 bool Tap::isFed() const {

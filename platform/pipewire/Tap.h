@@ -4,6 +4,7 @@
 #include "platform/pipewire/DeviceLinks.h"
 #include "platform/pipewire/ExportedTap.h"
 #include "platform/pipewire/SilentCycles.h"
+#include "platform/pipewire/StreamChoice.h"
 #include "platform/pipewire/StreamClaims.h"
 #include "platform/pipewire/Surroundings.h"
 #include "platform/pipewire/TapCycle.h"
@@ -11,6 +12,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace orvanta::pipewire {
@@ -45,7 +47,18 @@ public:
     /// then only new ones do: playing ones would fall silent for no use before somebody listens.
     void claimStreams();
 
-    /// Gives the streams back and claims none any more.
+    /// Whether the streams have left their devices for the tap.
+    [[nodiscard]] bool hasItsStreams() const { return claims_.haveArrived() && !hasStragglers_; }
+
+    /// Whether it was said once that the tap has its streams. Those that open later do not undo it.
+    [[nodiscard]] bool isProven() const { return isProven_; }
+
+    void prove() { isProven_ = true; }
+
+    /// Gives the streams back and claims none any more, although the tap still is one.
+    void standDown();
+
+    /// The same for a tap that nobody has any use for.
     void release();
 
     [[nodiscard]] bool isReleased() const { return isReleased_; }
@@ -79,7 +92,9 @@ public:
     [[nodiscard]] SilentCycles& silentCycles() { return silentCycles_; }
 
 private:
-    [[nodiscard]] std::vector<NodeRef> streams() const;
+    [[nodiscard]] StreamChoice chooseStreams() const;
+    void leave(const std::vector<NodeRef>& streams);
+    void leaveStragglers();
     [[nodiscard]] bool mayLinkTo(const ServerNode& device) const;
     [[nodiscard]] const ServerNode* deviceToLink();
     void updateExport();
@@ -95,10 +110,17 @@ private:
     std::optional<NodeRef> linkedDevice_;
     std::uint64_t linkedGeneration_ = 0;
     bool isReleased_ = false;
+    bool isStoodDown_ = false;
+    bool hasStragglers_ = false;
+    bool isProven_ = false;
     StreamClaims claims_;
+    /// Streams that play beside the tap, which was told in the log.
+    std::set<NodeRef> left_;
     ControlTimer claimTimer_;
+    ControlTimer arrivalTimer_;
     ControlTimer unlinkTimer_;
     ControlTimer retryTimer_;
+    bool wasTakenOut_ = false;
     RateLimit exports_;
     TapCycle cycle_;
     SilentCycles silentCycles_;

@@ -51,13 +51,25 @@ OSStatus Taps::check(const CATapDescription& description) const {
     return noErr;
 }
 
+OSStatus Taps::checkStreams(const CATapDescription& description) const {
+    const StreamChoice choice = chooseStreams(surroundings_.playbackOf(description.processes()));
+    if (choice.toLeave.empty())
+        return noErr;
+    surroundings_.logger.error("Stream %u cannot be moved, so there is no tap '%s'",
+                               choice.toLeave.front().id, description.name().c_str());
+    return kAudioHardwareIllegalOperationError;
+}
+
 OSStatus Taps::create(const CATapDescription& description, AudioObjectID& outTap) {
     // A server that was reached a moment ago may still be telling what it has.
-    const ServerConnection& connection = surroundings_.connection;
+    ServerConnection& connection = surroundings_.connection;
     surroundings_.loop.waitFor([&] { return connection.isSettled(); }, kCreationBound);
-    if (!connection.hasAnswered() || !surroundings_.mirror.defaults().isBound())
+    connection.ask();
+    if (!connection.isAnswering() || !surroundings_.mirror.defaults().isBound())
         return kAudioHardwareNotRunningError;
     if (const OSStatus status = check(description); status != noErr)
+        return status;
+    if (const OSStatus status = checkStreams(description); status != noErr)
         return status;
     auto tap = std::make_shared<Tap>(surroundings_, surroundings_.ids.next(), description,
                                      makeTapName(owner_, nextNumber()));
@@ -68,7 +80,10 @@ OSStatus Taps::create(const CATapDescription& description, AudioObjectID& outTap
     }
     taps_.push_back(tap);
     tap->update();
-    if (!surroundings_.loop.waitFor([&] { return tap->isPresent(); }, kCreationBound)) {
+    const auto isDecided = [&] {
+        return tap->isPresent() || !connection.isAnswering();
+    };
+    if (!surroundings_.loop.waitFor(isDecided, kCreationBound) || !tap->isPresent()) {
         surroundings_.logger.error("The session manager does not accept the tap '%s'",
                                    description.name().c_str());
         tap->release();
@@ -91,6 +106,11 @@ OSStatus Taps::destroy(AudioObjectID id) {
     return noErr;
 }
 
+void Taps::standDown(const std::shared_ptr<Tap>& tap) {
+    tap->standDown();
+    waitUntilUnfed({tap});
+}
+
 void Taps::releaseAll() {
     for (const auto& tap : taps_)
         tap->release();
@@ -101,6 +121,7 @@ void Taps::releaseAll() {
 void Taps::waitUntilUnfed(const std::vector<std::shared_ptr<Tap>>& taps) {
     const auto isUnfed = [&] {
         return !surroundings_.mirror.defaults().isBound() ||
+               !surroundings_.connection.isAnswering() ||
                std::none_of(taps.begin(), taps.end(), [](const auto& tap) { return tap->isFed(); });
     };
     surroundings_.loop.waitFor(isUnfed, kReleaseBound);

@@ -20,6 +20,9 @@ public:
     OSStatus create(const CATapDescription& description, AudioObjectID& outTap);
     OSStatus destroy(AudioObjectID tap);
 
+    /// Gives back the programs of one tap, which stays one, and waits until they play on their own.
+    void standDown(const std::shared_ptr<Tap>& tap);
+
     /// Gives back all programs and waits until they have their sound again.
     void releaseAll();
 
@@ -36,6 +39,7 @@ public:
 private:
     [[nodiscard]] std::shared_ptr<Tap> withId(AudioObjectID id) const;
     [[nodiscard]] OSStatus check(const CATapDescription& description) const;
+    [[nodiscard]] OSStatus checkStreams(const CATapDescription& description) const;
     void waitUntilUnfed(const std::vector<std::shared_ptr<Tap>>& taps);
     void removeUnused();
 

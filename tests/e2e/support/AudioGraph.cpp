@@ -70,13 +70,20 @@ std::optional<GraphObject> AudioGraph::node(const std::string& name) const {
     return std::nullopt;
 }
 
-std::vector<GraphObject> AudioGraph::playbackNodes(pid_t pid) const {
+std::vector<GraphObject> AudioGraph::nodesOf(pid_t pid) const {
     const std::vector<GraphObject> all = objects();
     std::vector<GraphObject> found;
     for (const GraphObject& object : all)
-        if (object.type == "Node" && object.get("media.class") == "Stream/Output/Audio" &&
-            processOf(object, all) == std::to_string(pid))
+        if (object.type == "Node" && processOf(object, all) == std::to_string(pid))
             found.push_back(object);
+    return found;
+}
+
+std::vector<GraphObject> AudioGraph::playbackNodes(pid_t pid) const {
+    std::vector<GraphObject> found = nodesOf(pid);
+    std::erase_if(found, [](const GraphObject& node) {
+        return node.get("media.class") != "Stream/Output/Audio";
+    });
     return found;
 }
 
@@ -126,24 +133,25 @@ std::vector<std::string> AudioGraph::targets(std::uint32_t node) const {
 }
 
 void AudioGraph::plug(const NullSink& sink) const {
-    {
-        const Mirror::Lock lock(*mirror_);
-        mirror_->create("adapter", PW_TYPE_INTERFACE_Node, PW_VERSION_NODE,
-                        {{"factory.name", "support.null-audio-sink"},
-                         {"node.name", sink.name},
-                         {"node.description", "Test device " + sink.name},
-                         {"media.class", "Audio/Sink"},
-                         {"audio.rate", std::to_string(sink.rate)},
-                         {"audio.position", sink.positions},
-                         {"priority.session", std::to_string(sink.priority)},
-                         {"priority.driver", std::to_string(sink.priority)},
-                         {"monitor.channel-volumes", "true"}});
-    }
+    makeNode({{"factory.name", "support.null-audio-sink"},
+              {"node.name", sink.name},
+              {"node.description", "Test device " + sink.name},
+              {"media.class", "Audio/Sink"},
+              {"audio.rate", std::to_string(sink.rate)},
+              {"audio.position", sink.positions},
+              {"priority.session", std::to_string(sink.priority)},
+              {"priority.driver", std::to_string(sink.priority)},
+              {"monitor.channel-volumes", "true"}});
     const auto channelCount = static_cast<std::size_t>(std::ranges::count(sink.positions, ',') + 1);
     await("device " + sink.name + " has its ports", [&] {
         const auto device = node(sink.name);
         return device && outputPorts(device->id, true).size() == channelCount;
     });
+}
+
+void AudioGraph::makeNode(const Properties& properties) const {
+    const Mirror::Lock lock(*mirror_);
+    mirror_->create("adapter", PW_TYPE_INTERFACE_Node, PW_VERSION_NODE, properties);
 }
 
 void AudioGraph::unplug(const std::string& name) const {

@@ -55,6 +55,8 @@ public:
     [[nodiscard]] std::vector<GraphObject> nodes() const;
     [[nodiscard]] std::optional<GraphObject> node(const std::string& name) const;
 
+    /// All nodes of a process, also those that come through the bridges.
+    [[nodiscard]] std::vector<GraphObject> nodesOf(pid_t pid) const;
     /// Playback streams of a process, also those that come through the bridges.
     [[nodiscard]] std::vector<GraphObject> playbackNodes(pid_t pid) const;
     /// Waits for the first one; throws when it does not come.
@@ -69,6 +71,8 @@ public:
 
     /// Makes the device and waits for its ports.
     void plug(const NullSink& sink) const;
+    /// Makes a node with exactly these properties, whatever they may be, and waits for nothing.
+    void makeNode(const Properties& properties) const;
     /// Destroys the device and waits until it is gone.
     void unplug(const std::string& name) const;
 

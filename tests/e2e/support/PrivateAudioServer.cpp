@@ -3,6 +3,7 @@
 #include "tests/e2e/support/AudioGraph.h"
 
 #include <algorithm>
+#include <csignal>
 #include <deque>
 #include <fstream>
 #include <stdexcept>
@@ -147,6 +148,22 @@ void PrivateAudioServer::startPulseBridge() {
     waitUntil(
         "the Pulse bridge answers", [this] { return accepts(root_.path() / "run/pulse/native"); },
         pulseBridge_);
+}
+
+void PrivateAudioServer::freezeServer() {
+    server_->signal(SIGSTOP);
+}
+
+void PrivateAudioServer::thawServer() {
+    server_->signal(SIGCONT);
+}
+
+void PrivateAudioServer::freezeSessionManager() {
+    sessionManager_->signal(SIGSTOP);
+}
+
+void PrivateAudioServer::thawSessionManager() {
+    sessionManager_->signal(SIGCONT);
 }
 
 void PrivateAudioServer::killServer() {

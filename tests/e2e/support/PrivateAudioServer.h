@@ -22,6 +22,12 @@ public:
     PrivateAudioServer& operator=(const PrivateAudioServer&) = delete;
     ~PrivateAudioServer();
 
+    /// They stand still, as under a debugger, until they are let go on.
+    void freezeServer();
+    void thawServer();
+    void freezeSessionManager();
+    void thawSessionManager();
+
     /// The daemons' own way to die and to come back, one by one.
     void killServer();
     void startServer();

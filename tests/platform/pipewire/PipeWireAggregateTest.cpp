@@ -42,6 +42,11 @@ TEST_F(PipeWireAggregate, HasOneStreamInEachDirection) {
             1U);
 }
 
+TEST_F(PipeWireAggregate, HasTwoChannelsInEachDirection) {
+    for (const auto scope : {kAudioObjectPropertyScopeInput, kAudioObjectPropertyScopeOutput})
+        EXPECT_EQ(readChannelCount(hardware(), tap_->aggregate(), scope), 2U);
+}
+
 TEST_F(PipeWireAggregate, NeverTouchesTheVolumeOfItsDevice) {
     const AudioObjectID device = awaitDevice("speakers");
     const float chosen = 0.4F;

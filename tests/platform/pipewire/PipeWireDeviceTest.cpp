@@ -1,3 +1,5 @@
+#include "tests/platform/pipewire/support/OwnCard.h"
+#include "tests/platform/pipewire/support/OwnSink.h"
 #include "tests/platform/pipewire/support/PipeWireTest.h"
 
 #include <algorithm>
@@ -118,6 +120,88 @@ TEST_F(PipeWireDevice, RunsAtTheGraphsRateAndNoOther) {
     EXPECT_EQ(hardware().setPropertyData(device, rate, sizeof same, &same), noErr);
     EXPECT_EQ(hardware().setPropertyData(device, rate, sizeof other, &other),
               kAudioHardwareIllegalOperationError);
+}
+
+TEST_F(PipeWireDevice, HasOneStreamWithAllItsChannels) {
+    const auto channels = [&](const std::string& device, AudioObjectPropertyScope scope) {
+        return readChannelCount(hardware(), awaitDevice(device), scope);
+    };
+    graph().plug({.name = "mono", .positions = "MONO"});
+    graph().plug({.name = "surround", .positions = "FL,FR,FC,LFE,SL,SR"});
+    EXPECT_EQ(channels("mono", kAudioObjectPropertyScopeOutput), 1U);
+    EXPECT_EQ(channels("speakers", kAudioObjectPropertyScopeOutput), 2U);
+    EXPECT_EQ(channels("surround", kAudioObjectPropertyScopeOutput), 6U);
+    EXPECT_EQ(channels("surround", kAudioObjectPropertyScopeInput), 0U);
+}
+
+TEST_F(PipeWireDevice, HasNoManufacturerWithoutACard) {
+    const AudioObjectPropertyAddress manufacturer{kAudioObjectPropertyManufacturer};
+    const AudioObjectID device = awaitDevice("speakers");
+    EXPECT_TRUE(hardware().hasProperty(device, manufacturer));
+    EXPECT_EQ(readString(hardware(), device, manufacturer), std::nullopt);
+}
+
+TEST_F(PipeWireDevice, HasTheManufacturerOfItsCard) {
+    const OwnCard card({{"device.name", "card"}, {"device.vendor.name", "Example Audio Ltd."}});
+    graph().makeNode({{"factory.name", "support.null-audio-sink"},
+                      {"node.name", "of-the-card"},
+                      {"media.class", "Audio/Sink"},
+                      {"device.id", std::to_string(card.id())}});
+    const AudioObjectID device = awaitDevice("of-the-card");
+    EXPECT_TRUE(eventually(soon, [&] {
+        return readString(hardware(), device, {kAudioObjectPropertyManufacturer}) ==
+               "Example Audio Ltd.";
+    }));
+}
+
+/// Counts what a listener is told.
+class ToldChanges {
+public:
+    ToldChanges(AudioHardware& hardware, AudioObjectID object,
+                const AudioObjectPropertyAddress& address)
+        : hardware_(hardware), object_(object), address_(address) {
+        hardware_.addPropertyListener(object_, address_, count, &times_);
+    }
+
+    ToldChanges(const ToldChanges&) = delete;
+    ToldChanges& operator=(const ToldChanges&) = delete;
+
+    ~ToldChanges() { hardware_.removePropertyListener(object_, address_, count, &times_); }
+
+    [[nodiscard]] int times() const { return times_; }
+
+private:
+    static OSStatus count(AudioObjectID, const AudioObjectPropertyAddress&, void* data) {
+        ++*static_cast<std::atomic<int>*>(data);
+        return noErr;
+    }
+
+    AudioHardware& hardware_;
+    AudioObjectID object_;
+    AudioObjectPropertyAddress address_;
+    std::atomic<int> times_{0};
+};
+
+TEST_F(PipeWireDevice, TellsOfItsNewNameAlsoThoseWhoListTheDevices) {
+    const AudioObjectPropertyAddress name{kAudioObjectPropertyName};
+    OwnSink sink({{"node.name", "renamed"}, {"node.description", "Before"}});
+    const AudioObjectID device = awaitDevice("renamed");
+    EXPECT_EQ(readString(hardware(), device, name), "Before");
+    const ToldChanges names(hardware(), device, name);
+    const ToldChanges lists(hardware(), kAudioObjectSystemObject, {kAudioHardwarePropertyDevices});
+    sink.update({{"node.description", "After"}});
+    EXPECT_TRUE(eventually(soon, [&] { return names.times() > 0 && lists.times() > 0; }));
+    EXPECT_EQ(readString(hardware(), device, name), "After");
+    EXPECT_EQ(awaitDevice("renamed"), device);
+}
+
+TEST_F(PipeWireDevice, TellsWhenTheRateOfTheGraphChanges) {
+    const AudioObjectPropertyAddress rate{kAudioDevicePropertyNominalSampleRate};
+    const AudioObjectID device = awaitDevice("speakers");
+    const ToldChanges rates(hardware(), device, rate);
+    graph().forceRate(44100);
+    EXPECT_TRUE(eventually(soon, [&] { return rates.times() > 0; }));
+    EXPECT_EQ(readFloat64(hardware(), device, rate), 44100.0);
 }
 
 TEST_F(PipeWireDevice, OfNobodyAnswersFailingStatuses) {

@@ -297,7 +297,7 @@ TEST_F(PipeWireTap, OfAPlayerSurvivesTheEndOfThePlayer) {
 TEST_F(PipeWireTap, GivesAStreamBackThatOutlivesItsProcess) {
     auto owner = std::make_unique<ChildProcess>(ChildProcess::Launch{.command = {"sleep", "600"}});
     const pid_t pid = owner->pid();
-    stream_ = std::make_unique<OwnStream>(pid);
+    stream_ = std::make_unique<OwnStream>(OwnStream::ofProcess(pid));
     awaitPlaysTo(pid, "speakers");
     awaitDevice("speakers");
     tap_ = std::make_unique<PlayedTap>(hardware(), awaitProcess(pid), "speakers");

@@ -1,7 +1,6 @@
 #include "tests/platform/pipewire/support/OwnStream.h"
 
 #include <pipewire/pipewire.h>
-#include <spa/param/audio/format-utils.h>
 
 #include <algorithm>
 #include <array>
@@ -39,15 +38,21 @@ struct OwnStream::State {
     }
 };
 
-OwnStream::OwnStream(pid_t owner) : state_(std::make_unique<State>()) {
+Properties OwnStream::ofProcess(pid_t owner) {
+    return {{PW_KEY_CLIENT_API, "pipewire-pulse"}, {PW_KEY_APP_PROCESS_ID, std::to_string(owner)}};
+}
+
+OwnStream::OwnStream(const Properties& own, SoundFormat format)
+    : state_(std::make_unique<State>()) {
     pw_init(nullptr, nullptr);
     state_->events.version = PW_VERSION_STREAM_EVENTS;
     state_->events.process = State::process;
     state_->loop = pw_thread_loop_new("own-stream", nullptr);
     pw_properties* properties =
-        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback", nullptr);
-    if (owner != 0)
-        pw_properties_setf(properties, PW_KEY_APP_PROCESS_ID, "%d", static_cast<int>(owner));
+        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
+                          PW_KEY_NODE_AUTOCONNECT, "true", nullptr);
+    for (const auto& [key, value] : own)
+        pw_properties_set(properties, key.c_str(), value.c_str());
     state_->stream = pw_stream_new_simple(pw_thread_loop_get_loop(state_->loop), "own-stream",
                                           properties, &state_->events, state_.get());
     if (state_->stream == nullptr)
@@ -56,16 +61,9 @@ OwnStream::OwnStream(pid_t owner) : state_(std::make_unique<State>()) {
     std::array<std::uint8_t, 1024> memory{};
     spa_pod_builder builder{};
     spa_pod_builder_init(&builder, memory.data(), memory.size());
-    spa_audio_info_raw format{};
-    format.format = SPA_AUDIO_FORMAT_F32;
-    format.rate = 48000;
-    format.channels = 2;
-    format.position[0] = SPA_AUDIO_CHANNEL_FL;
-    format.position[1] = SPA_AUDIO_CHANNEL_FR;
-    std::array<const spa_pod*, 1> params{
-        spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &format)};
-    constexpr auto flags = static_cast<pw_stream_flags>(
-        PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS);
+    std::array<const spa_pod*, 1> params{buildSoundFormat(builder, format)};
+    constexpr auto flags =
+        static_cast<pw_stream_flags>(PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS);
     if (pw_stream_connect(state_->stream, PW_DIRECTION_OUTPUT, PW_ID_ANY, flags, params.data(),
                           params.size()) < 0)
         throw std::runtime_error("the server refuses a stream");

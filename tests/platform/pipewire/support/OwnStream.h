@@ -1,5 +1,8 @@
 #pragma once
 
+#include "tests/e2e/support/AudioGraph.h"
+#include "tests/platform/pipewire/support/SoundFormat.h"
+
 #include <memory>
 #include <sys/types.h>
 
@@ -13,10 +16,14 @@ public:
     static constexpr float level = 0.25F;
 
     /// Connects to the server that the environment names; throws std::runtime_error.
-    OwnStream() : OwnStream(0) {}
+    OwnStream() : OwnStream(Properties()) {}
 
-    /// Says that it belongs to the process `owner`; 0 for nothing said, which makes it this one's.
-    explicit OwnStream(pid_t owner);
+    /// With these properties besides, of the stream and of its client.
+    explicit OwnStream(const Properties& properties, SoundFormat format = SoundFormat::raw);
+
+    /// What makes a stream another process's: it comes through the bridge, as the words are.
+    static Properties ofProcess(pid_t owner);
+
     OwnStream(const OwnStream&) = delete;
     OwnStream& operator=(const OwnStream&) = delete;
     ~OwnStream();

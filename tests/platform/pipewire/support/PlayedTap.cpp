@@ -28,10 +28,19 @@ PlayedTap::PlayedTap(AudioHardware& hardware, AudioObjectID process, const std::
     description.setPrivate(true);
     tapUUID_ = description.UUID();
     require(hardware_.createProcessTap(description, tap_), "createProcessTap");
-    play(deviceUID);
+    try {
+        play(deviceUID);
+    } catch (...) {
+        takeDown();
+        throw;
+    }
 }
 
 PlayedTap::~PlayedTap() {
+    takeDown();
+}
+
+void PlayedTap::takeDown() {
     hardware_.destroyProcessTap(tap_);
     stop();
 }

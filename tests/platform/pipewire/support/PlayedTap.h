@@ -9,7 +9,7 @@ namespace orvanta::test {
 
 /// A tap on one process, played on one device by an IOProc that halves what it gets and counts.
 /// Every step is one call of the port, made in the order in which the engine makes them. Throws
-/// std::runtime_error on any status but `noErr`.
+/// std::runtime_error on any status but `noErr`, and takes down what there was until then.
 class PlayedTap {
 public:
     PlayedTap(AudioHardware& hardware, AudioObjectID process, const std::string& deviceUID);
@@ -41,6 +41,7 @@ public:
     [[nodiscard]] AudioObjectID aggregate() const { return aggregate_; }
 
 private:
+    void takeDown();
     static OSStatus cycle(AudioObjectID device, const AudioTimeStamp* now,
                           const AudioBufferList* input, const AudioTimeStamp* inputTime,
                           AudioBufferList* output, const AudioTimeStamp* outputTime,

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/pipewire/ServerObjects.h"
+
+#include <vector>
+
+namespace orvanta::pipewire {
+
+/// Which of the nodes that a process plays through a tap can have.
+struct StreamChoice {
+    std::vector<NodeRef> toClaim;
+    /// What would go on sounding beside the tap.
+    std::vector<NodeRef> toLeave;
+};
+
+/// Only what the session manager links by itself, and links anew whenever it must, can be had
+/// without a risk. Were we to take the links of other nodes into our own hands, nobody would put
+/// them back if this program were killed. And a stream that wants its device for itself is not let
+/// back to one on which another program has begun to play meanwhile.
+StreamChoice chooseStreams(const std::vector<const ServerNode*>& playback);
+
+} // namespace orvanta::pipewire

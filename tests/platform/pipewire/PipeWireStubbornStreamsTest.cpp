@@ -1,0 +1,193 @@
+#include "tests/platform/pipewire/support/OwnSink.h"
+#include "tests/platform/pipewire/support/PipeWireTest.h"
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace orvanta::test {
+namespace {
+
+const Properties dontReconnect{{"node.dont-reconnect", "true"}};
+
+/// Streams that the session manager does not move, alone or in one process with others.
+class PipeWireStubbornStreams : public PipeWireTest {
+protected:
+    OSStatus createTap() {
+        auto description = CATapDescription::stereoMixdownOfProcesses({ownProcess()});
+        description.setName("stubborn");
+        description.setMuteBehavior(CATapMuted);
+        AudioObjectID tap = kAudioObjectUnknown;
+        return hardware().createProcessTap(description, tap);
+    }
+
+    /// Waits until there are so many streams, all of them linked to just these.
+    void awaitAllPlayTo(std::size_t streams, const std::vector<std::string>& nodes) const {
+        graph().await("all streams play where they should", [&] {
+            const auto playing = graph().playbackNodes(::getpid());
+            return playing.size() == streams &&
+                   std::ranges::all_of(playing, [&](const GraphObject& stream) {
+                       return graph().targets(stream.id) == nodes;
+                   });
+        });
+    }
+
+    void expectUntouched(std::size_t streams) {
+        EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
+        awaitAllPlayTo(streams, {"speakers"});
+        for (const GraphObject& stream : graph().playbackNodes(::getpid()))
+            EXPECT_FALSE(graph().metadata("default", stream.id, "target.object").has_value());
+    }
+
+    void linkByHand(const std::string& device) const {
+        const GraphObject stream = graph().playbackNodes(::getpid()).at(0);
+        graph().await("the stream has ports",
+                      [&] { return graph().outputPorts(stream.id).size() == 2; });
+        const auto outputs = graph().outputPorts(stream.id);
+        const auto inputs = graph().inputPorts(graph().node(device)->id);
+        for (std::size_t channel = 0; channel < outputs.size(); ++channel)
+            graph().link(outputs[channel], inputs.at(channel));
+    }
+
+    [[nodiscard]] std::ptrdiff_t timesLogged(const std::string& end) const {
+        const auto texts = log_.texts();
+        return std::ranges::count_if(texts, [&](const auto& text) { return text.ends_with(end); });
+    }
+};
+
+TEST_F(PipeWireStubbornStreams, ThatNeverReconnectAreNotTapped) {
+    const OwnStream stream(dontReconnect);
+    awaitAllPlayTo(1, {"speakers"});
+    EXPECT_EQ(createTap(), kAudioHardwareIllegalOperationError);
+    EXPECT_EQ(timesLogged("cannot be moved, so there is no tap 'stubborn'"), 1);
+    expectUntouched(1);
+}
+
+TEST_F(PipeWireStubbornStreams, ThatAreLinkedByHandAreNotTapped) {
+    const OwnStream stream({{"node.autoconnect", "false"}, {"media.role", "Music"}});
+    graph().await("there is a stream",
+                  [&] { return graph().playbackNodes(::getpid()).size() == 1; });
+    linkByHand("speakers");
+    awaitAllPlayTo(1, {"speakers"});
+    EXPECT_EQ(createTap(), kAudioHardwareIllegalOperationError);
+    expectUntouched(1);
+}
+
+TEST_F(PipeWireStubbornStreams, KeepTheirWholeProcessFromBeingTapped) {
+    const OwnStream usual;
+    const OwnStream stubborn(dontReconnect);
+    awaitAllPlayTo(2, {"speakers"});
+    EXPECT_EQ(createTap(), kAudioHardwareIllegalOperationError);
+    expectUntouched(2);
+}
+
+TEST_F(PipeWireStubbornStreams, NoLongerStandInTheWayWhenTheyHaveEnded) {
+    const OwnStream usual;
+    auto stubborn = std::make_unique<OwnStream>(dontReconnect);
+    awaitAllPlayTo(2, {"speakers"});
+    EXPECT_NE(createTap(), noErr);
+    stubborn.reset();
+    awaitAllPlayTo(1, {"speakers"});
+    EXPECT_TRUE(eventually(soon, [&] { return createTap() == noErr; }));
+    awaitAllPlayTo(1, {tapNodes().at(0).get("node.name")});
+}
+
+TEST_F(PipeWireStubbornStreams, ThatOpenLaterAreHeardBesideTheTapWhichIsTold) {
+    const OwnStream usual;
+    awaitAllPlayTo(1, {"speakers"});
+    auto tap = std::make_unique<PlayedTap>(hardware(), ownProcess(), "speakers");
+    awaitTapped(::getpid(), "speakers");
+    const OwnStream stubborn(dontReconnect);
+    const auto playsTo = [&](const std::string& node) {
+        const auto playing = graph().playbackNodes(::getpid());
+        return std::ranges::count_if(playing, [&](const GraphObject& stream) {
+            return graph().targets(stream.id) == std::vector{node};
+        });
+    };
+    const std::string tapName = tapNodes().at(0).get("node.name");
+    graph().await("one is tapped and one is not",
+                  [&] { return playsTo(tapName) == 1 && playsTo("speakers") == 1; });
+    EXPECT_TRUE(eventually(soon, [&] {
+        return timesLogged("cannot be moved and is heard beside the tap 'Played tap'") == 1;
+    }));
+
+    // Such a stream ends when what it plays on goes, so it must never have been on the tap.
+    tap.reset();
+    expectUntouched(2);
+    EXPECT_EQ(timesLogged("cannot be moved and is heard beside the tap 'Played tap'"), 1);
+}
+
+/// Once another program plays on the device that they had, they would not get it back.
+TEST_F(PipeWireStubbornStreams, ThatWantADeviceForThemselvesAreNotTapped) {
+    const OwnStream stream(Properties{{"node.exclusive", "true"}});
+    awaitAllPlayTo(1, {"speakers"});
+    EXPECT_EQ(createTap(), kAudioHardwareIllegalOperationError);
+    expectUntouched(1);
+}
+
+TEST_F(PipeWireStubbornStreams, ThatAreAlsoLinkedByHandAreNotTapped) {
+    graph().plug({.name = "headphones", .priority = 500});
+    const OwnStream stream;
+    awaitAllPlayTo(1, {"speakers"});
+    linkByHand("headphones");
+    awaitAllPlayTo(1, {"headphones", "speakers"});
+    awaitDevice("speakers");
+    EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
+    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
+    awaitAllPlayTo(1, {"headphones", "speakers"});
+}
+
+/// There is nothing in encoded sound that a volume could be applied to, and the session manager
+/// knows.
+TEST_F(PipeWireStubbornStreams, ThatCarryEncodedSoundAreNotTapped) {
+    const OwnSink receiver({{"node.name", "receiver"}, {"priority.session", "100"}},
+                           SoundFormat::encoded);
+    awaitDevice("receiver");
+    const OwnStream stream({{"node.passthrough", "true"}, {"target.object", "receiver"}},
+                           SoundFormat::encoded);
+    awaitAllPlayTo(1, {"receiver"});
+    EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
+    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
+    awaitAllPlayTo(1, {"receiver"});
+}
+
+TEST_F(PipeWireStubbornStreams, ThatTurnOutToBeSoLaterAreLeftAloneAndTheTapStays) {
+    const OwnSink receiver({{"node.name", "receiver"}, {"priority.session", "100"}},
+                           SoundFormat::encoded);
+    const OwnStream usual;
+    awaitAllPlayTo(1, {"speakers"});
+    awaitDevice("receiver");
+    PlayedTap tap(hardware(), ownProcess(), "speakers");
+    awaitTapped(::getpid(), "speakers");
+    const OwnStream encoded({{"node.passthrough", "true"}, {"target.object", "receiver"}},
+                            SoundFormat::encoded);
+    EXPECT_TRUE(eventually(
+        soon, [&] { return timesLogged("does not come to the tap, leaving it alone") == 1; }));
+    tap.stop();
+    tap.play("speakers");
+    const std::string tapName = tapNodes().at(0).get("node.name");
+    graph().await("one is tapped, the other is not", [&] {
+        std::vector<std::string> targets;
+        for (const GraphObject& stream : graph().playbackNodes(::getpid()))
+            for (const std::string& target : graph().targets(stream.id))
+                targets.push_back(target);
+        std::ranges::sort(targets);
+        return targets == std::vector<std::string>{tapName, "receiver"};
+    });
+    EXPECT_TRUE(eventually(soon, [&] { return tap.input() == OwnStream::level; }));
+}
+
+TEST_F(PipeWireStubbornStreams, AreAllStreamsWhileTheSessionManagerStandsStill) {
+    const OwnStream stream;
+    awaitAllPlayTo(1, {"speakers"});
+    const AudioObjectID process = ownProcess();
+    awaitDevice("speakers");
+    server_.freezeSessionManager();
+    EXPECT_THROW(PlayedTap(hardware(), process, "speakers"), std::runtime_error);
+    server_.thawSessionManager();
+    expectUntouched(1);
+    const PlayedTap tap(hardware(), process, "speakers");
+    awaitTapped(::getpid(), "speakers");
+}
+
+} // namespace
+} // namespace orvanta::test
