@@ -2,6 +2,7 @@
 
 #include "platform/linux/icons/ThemeIcon.h"
 
+#include <set>
 #include <utility>
 
 namespace orvanta {
@@ -82,10 +83,13 @@ void LinuxWorkspace::lookAtApplications() const {
     // The clients first: a process that has one is then among the processes, or has ended.
     const std::vector<AudioClient> clients =
         audioClients_ != nullptr ? audioClients_->audioClients() : std::vector<AudioClient>();
-    processes_.refresh();
     clients_.clear();
-    for (const AudioClient& client : clients)
+    std::set<std::int32_t> playing;
+    for (const AudioClient& client : clients) {
         clients_.emplace(client.pid, client);
+        playing.insert(client.pid);
+    }
+    processes_.refresh(playing);
     applications_.clear();
     placeOfPID_.clear();
     for (desktop::Membership& member : finder_.find(index_, processes_, clients)) {

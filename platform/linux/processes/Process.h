@@ -7,6 +7,15 @@
 
 namespace orvanta::desktop {
 
+/// The folder of a process in the proc file system. It is the same as long as the process is.
+struct ProcessFolder {
+    std::uint64_t inode = 0;
+    std::int64_t changedSeconds = 0;
+    std::int64_t changedNanoseconds = 0;
+
+    bool operator==(const ProcessFolder&) const = default;
+};
+
 /// A running process, as far as it tells which application it belongs to. Texts are empty where
 /// the system does not tell.
 struct Process {
@@ -20,6 +29,7 @@ struct Process {
     ProcessScope scope;
     std::string flatpakID;
     std::int32_t innermostPID = 0; ///< how a Flatpak program's process knows itself; else 0
+    ProcessFolder folder;
     /// How often the fields from `script` on were read.
     int timesRead = 0;
     /// Differs from that of every earlier state of any process.

@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -33,6 +34,9 @@ constexpr std::int32_t kKernelThreads = 2;
 
 /// Once when a process is new, and once more in case it was moved to a group of its own just after.
 constexpr int kReadings = 2;
+
+/// Looks from one reading of a process that does not play to the next.
+constexpr std::int32_t kTurns = 8;
 
 class ProcFolder {
 public:
@@ -58,6 +62,15 @@ public:
 private:
     std::unique_ptr<DIR, int (*)(DIR*)> folder_;
 };
+
+/// Nothing when it has ended.
+std::optional<ProcessFolder> folderOfProcess(int procFolder, std::int32_t pid) {
+    struct stat status {};
+
+    if (fstatat(procFolder, std::to_string(pid).c_str(), &status, 0) != 0)
+        return std::nullopt;
+    return ProcessFolder{status.st_ino, status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
+}
 
 std::string fileOf(const Process& process, const char* file) {
     return std::to_string(process.pid) + "/" + file;
@@ -144,6 +157,16 @@ void readDetails(int procFolder, Process& process) {
         process.innermostPID = innermostPID(procFolder, process);
 }
 
+/// All that does not change without a new executable.
+void copyDetails(const Process& from, Process& to) {
+    to.script = from.script;
+    to.scope = from.scope;
+    to.flatpakID = from.flatpakID;
+    to.innermostPID = from.innermostPID;
+    to.timesRead = from.timesRead;
+    to.revision = from.revision;
+}
+
 bool hasSameDetails(const Process& a, const Process& b) {
     return a.script == b.script && a.scope == b.scope && a.flatpakID == b.flatpakID &&
            a.innermostPID == b.innermostPID;
@@ -153,23 +176,37 @@ bool hasSameDetails(const Process& a, const Process& b) {
 
 RunningProcesses::RunningProcesses(std::filesystem::path root) : root_(std::move(root)) {}
 
-void RunningProcesses::refresh() {
+void RunningProcesses::refresh(const std::set<std::int32_t>& playing) {
+    ++looks_;
     std::map<std::int32_t, Process> seen;
-    if (const ProcFolder folder(root_); folder)
-        while (const auto pid = folder.nextPID())
-            if (auto now = identityOf(folder.descriptor(), *pid))
-                seen.insert_or_assign(*pid, looked(folder.descriptor(), *std::move(now)));
+    const ProcFolder proc(root_);
+    while (const auto pid = proc ? proc.nextPID() : std::nullopt) {
+        const auto folder = folderOfProcess(proc.descriptor(), *pid);
+        if (!folder)
+            continue;
+        const auto known = processes_.find(*pid);
+        if (known != processes_.end() && !playing.contains(*pid) &&
+            !needsReading(known->second, *folder)) {
+            seen.insert(seen.end(), processes_.extract(known));
+        } else if (auto now = identityOf(proc.descriptor(), *pid)) {
+            now->folder = *folder;
+            seen.insert_or_assign(*pid, read(proc.descriptor(), *std::move(now)));
+        }
+    }
     processes_ = std::move(seen);
 }
 
-Process RunningProcesses::looked(int procFolder, Process now) {
+bool RunningProcesses::needsReading(const Process& known, const ProcessFolder& folder) const {
+    const bool isItsTurn = known.pid % kTurns == looks_ % kTurns;
+    return isItsTurn || known.timesRead < kReadings || known.folder != folder;
+}
+
+Process RunningProcesses::read(int procFolder, Process now) {
     const auto known = processes_.find(now.pid);
     const bool isKnown = known != processes_.end() && isSameProgram(known->second, now);
     if (isKnown && known->second.timesRead >= kReadings) {
-        // A parent that ends leaves its children to another.
-        known->second.parent = now.parent;
-        known->second.session = now.session;
-        return std::move(known->second);
+        copyDetails(known->second, now);
+        return now;
     }
     readDetails(procFolder, now);
     now.timesRead = isKnown ? known->second.timesRead + 1 : 1;

@@ -1,6 +1,6 @@
 #include "platform/linux/desktop/DesktopEntries.h"
 
-#include "tests/platform/linux/ScriptedDesktop.h"
+#include "tests/support/ScriptedDesktop.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/icons/IconThemes.h"
 
 #include "platform/linux/icons/ThemeIcon.h"
-#include "tests/platform/linux/ScriptedDesktop.h"
+#include "tests/support/ScriptedDesktop.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

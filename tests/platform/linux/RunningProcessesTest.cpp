@@ -1,6 +1,6 @@
 #include "platform/linux/processes/RunningProcesses.h"
 
-#include "tests/platform/linux/ScriptedDesktop.h"
+#include "tests/support/ScriptedDesktop.h"
 
 #include <gtest/gtest.h>
 
@@ -96,15 +96,30 @@ TEST_F(RunningProcessesTest, AreReadInFullNoMoreThanTwice) {
     processes_.refresh();
     processes_.refresh();
     fs::remove(directory_.path() / "42/cgroup");
-    EXPECT_FALSE(looked(42).scope.applicationIDs.empty());
+    for (int look = 0; look < 10; ++look)
+        EXPECT_FALSE(looked(42).scope.applicationIDs.empty());
 }
 
-TEST_F(RunningProcessesTest, LearnOfANewParent) {
+TEST_F(RunningProcessesTest, AreReadAtEveryLookWhileTheyPlay) {
     proc_.run({.pid = 42, .parent = 7});
+    for (std::int32_t parent = 8; parent < 20; ++parent) {
+        proc_.run({.pid = 42, .parent = parent});
+        processes_.refresh({42});
+        EXPECT_EQ(processes_.all().at(42).parent, parent);
+    }
+}
+
+TEST_F(RunningProcessesTest, AreReadNowAndThenWhileTheyDoNotPlay) {
+    proc_.run({.pid = 42, .parent = 7, .executable = "/usr/bin/sh"});
     processes_.refresh();
     processes_.refresh();
-    proc_.run({.pid = 42, .parent = 1});
+    // In place, so that the folder stays the same: what happens when a process runs another file.
+    ScriptedProc::write(directory_.path() / "42/stat", "42 (player) S 1 42 42");
+    constexpr int kLooks = 8;
+    for (int look = 0; look < kLooks; ++look)
+        processes_.refresh();
     EXPECT_EQ(looked(42).parent, 1);
+    EXPECT_EQ(looked(42).name, "player");
 }
 
 TEST_F(RunningProcessesTest, AreFoundByTheIDInsideTheirFlatpak) {
