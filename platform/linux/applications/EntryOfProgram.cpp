@@ -55,8 +55,8 @@ bool isOpenedFrom(const EntryIndex& index, const Process& process, const Desktop
 }
 
 DesktopEntryRef entryOfProcess(const EntryIndex& index, const Process& process) {
-    const DesktopEntryRef ofFile = entryOfFile(index, process);
-    const DesktopEntryRef ofScope = entryOfScope(index, process);
+    DesktopEntryRef ofFile = entryOfFile(index, process);
+    DesktopEntryRef ofScope = entryOfScope(index, process);
     if (ofScope && !isOpenedFrom(index, process, *ofScope, ofFile))
         return ofScope;
     return ofFile ? ofFile : entryOfSimilarFile(index, process);

@@ -51,9 +51,10 @@ void addMissing(std::vector<fs::path>& folders, const fs::path& folder) {
 /// The languages that the user reads. Plain C speaks none, and no list of languages changes that.
 std::vector<std::string> userLocales() {
     const std::string locale = variable("LC_ALL", variable("LC_MESSAGES", variable("LANG", "C")));
+    const std::string languages = variable("LANGUAGE");
     std::vector<std::string> locales;
     if (locale != "C" && locale != "POSIX")
-        for (const std::string_view language : desktop::listItems(variable("LANGUAGE"), ':'))
+        for (const std::string_view language : desktop::listItems(languages, ':'))
             locales.emplace_back(language);
     locales.push_back(locale);
     return locales;

@@ -67,17 +67,17 @@ void EntryIndex::addProgram(const std::string& program, const DesktopEntryRef& e
 }
 
 DesktopEntryRef EntryIndex::withID(const std::string& id) const {
-    const DesktopEntryRef exact = found(byID_, id);
+    DesktopEntryRef exact = found(byID_, id);
     return exact ? exact : found(byLowerID_, asciiLowerCase(id));
 }
 
 DesktopEntryRef EntryIndex::withFlatpakID(const std::string& id) const {
-    const DesktopEntryRef exported = withID(id);
+    DesktopEntryRef exported = withID(id);
     return exported ? exported : found(byFlatpakID_, id);
 }
 
 DesktopEntryRef EntryIndex::withSnap(const std::string& snap, const std::string& app) const {
-    const DesktopEntryRef program = withID(snap + "_" + app);
+    DesktopEntryRef program = withID(snap + "_" + app);
     return program ? program : found(bySnapName_, snap);
 }
 
@@ -86,10 +86,10 @@ DesktopEntryRef EntryIndex::withProgram(const std::string& path) const {
 }
 
 DesktopEntryRef EntryIndex::withProgramLike(const std::string& path) const {
-    if (const DesktopEntryRef neighbour = found(byProgramFolder_, folderOf(path)))
+    if (DesktopEntryRef neighbour = found(byProgramFolder_, folderOf(path)))
         return neighbour;
     for (const std::string& name : namesOf(path))
-        if (const DesktopEntryRef namesake = found(byProgramName_, asciiLowerCase(name)))
+        if (DesktopEntryRef namesake = found(byProgramName_, asciiLowerCase(name)))
             return namesake;
     return nullptr;
 }

@@ -33,7 +33,8 @@ private:
 /// The value with its escapes (\s \n \t \r \\) resolved; a backslash before anything else stays.
 [[nodiscard]] std::string unescaped(std::string_view value);
 
-/// The items between separators, without blanks around them; empty ones are left out.
+/// The items between separators, without blanks around them; empty ones are left out. The value
+/// must outlive them.
 [[nodiscard]] std::vector<std::string_view> listItems(std::string_view value, char separator);
 
 /// Fit to be shown: not empty, valid UTF-8, no control characters, 256 bytes at most.

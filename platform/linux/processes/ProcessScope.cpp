@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::string_view kScope = ".scope";
 constexpr std::string_view kService = ".service";
+constexpr std::size_t kLongestUnit = 255;
 
 std::optional<unsigned> hexDigit(char letter) {
     if (letter >= '0' && letter <= '9')
@@ -50,11 +51,10 @@ bool takeSuffix(std::string_view& text, std::string_view suffix) {
 /// Everything, and what follows each dash.
 void addIDs(std::vector<std::string>& ids, std::string_view text) {
     while (!text.empty()) {
-        std::string id = unitUnescaped(text);
-        std::string_view view = id;
-        if (takeSuffix(view, ".desktop"))
-            id = view;
-        ids.push_back(std::move(id));
+        const std::string id = unitUnescaped(text);
+        std::string_view withoutSuffix = id;
+        takeSuffix(withoutSuffix, ".desktop");
+        ids.emplace_back(withoutSuffix);
         const auto dash = text.find('-');
         text.remove_prefix(dash == std::string_view::npos ? text.size() : dash + 1);
     }
@@ -91,14 +91,15 @@ void readBusService(ProcessScope& scope, std::string_view unit) {
 
 ProcessScope scopeOfUnit(std::string_view unit) {
     ProcessScope scope;
+    if (unit.size() > kLongestUnit)
+        return scope;
     const bool isService = takeSuffix(unit, kService);
     if (!isService && !takeSuffix(unit, kScope))
         return scope;
     if (takePrefix(unit, "snap."))
         readSnap(scope, unit);
-    else if (takePrefix(unit, "app-"))
-        readApplication(scope, unit, isService);
-    else if (takePrefix(unit, "gnome-launched-") || unit.starts_with("flatpak-"))
+    else if (takePrefix(unit, "app-") || takePrefix(unit, "gnome-launched-") ||
+             unit.starts_with("flatpak-"))
         readApplication(scope, unit, isService);
     else if (takePrefix(unit, "dbus-") && isService)
         readBusService(scope, unit);

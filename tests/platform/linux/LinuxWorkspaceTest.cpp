@@ -5,6 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
 namespace orvanta::test {
 namespace {
 
@@ -516,6 +521,38 @@ TEST_F(LinuxWorkspaceTest, SeesAtOnceWhenAProcessThatPlaysRunsSomethingElse) {
         EXPECT_EQ(idOf(100), "(no id)");
     proc_.run({.pid = 100, .executable = "/usr/bin/player"});
     EXPECT_EQ(idOf(100), "player");
+}
+
+TEST(LinuxWorkspace, AnswersSeveralThreadsWhileTheDesktopChanges) {
+    ScriptedDesktop desktop;
+    desktop.install("player", "Player", "/usr/bin/player", "Icon=player");
+    ScriptedProc::write(desktop.folders.dataFolders[0] / "pixmaps/player.png", "picture");
+    desktop.proc.run({.pid = 100, .executable = "/usr/bin/player"});
+    std::atomic<int> calls = 0;
+    // Every other question brings a new look.
+    const LinuxWorkspace workspace(desktop.folders, &desktop.clients, desktop.proc.root(), [&] {
+        return std::chrono::steady_clock::time_point(std::chrono::milliseconds(100) * ++calls);
+    });
+    std::atomic<int> found = 0;
+    constexpr int kRounds = 50;
+    const auto ask = [&] {
+        for (int round = 0; round < kRounds; ++round) {
+            const auto file = workspace.urlForApplication("player");
+            const bool hasPicture = file && workspace.iconForFile(*file)->imageFile(48);
+            if (hasPicture && workspace.runningApplication(100))
+                ++found;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 3; ++number)
+        threads.emplace_back(ask);
+    for (int round = 0; round < kRounds; ++round) {
+        desktop.install("radio" + std::to_string(round), "Radio", "radio");
+        desktop.proc.run({.pid = 200 + round, .executable = "/usr/bin/radio"});
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(found, 3 * kRounds);
 }
 
 TEST(LinuxWorkspace, WorksWithoutAnAudioServer) {

@@ -60,6 +60,10 @@ TEST(ProcessScope, IsNoneElsewhere) {
         EXPECT_EQ(parseProcessScope(text), desktop::ProcessScope{}) << text;
 }
 
+TEST(ProcessScope, IsNoneWhereANameIsLongerThanAFolderCanBe) {
+    EXPECT_EQ(inUnit("app-" + std::string(60000, '-') + "x-1.scope"), desktop::ProcessScope{});
+}
+
 TEST(ProcessScope, LeavesBrokenEscapesAsTheyAre) {
     EXPECT_THAT(inUnit("app-a\\x2g\\x-1.scope").applicationIDs, Contains("a\\x2g\\x"));
 }
