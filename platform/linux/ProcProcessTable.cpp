@@ -1,7 +1,8 @@
 #include "platform/linux/ProcProcessTable.h"
 
+#include "platform/linux/processes/ProcessStat.h"
+
 #include <algorithm>
-#include <charconv>
 #include <fstream>
 #include <string_view>
 #include <system_error>
@@ -86,18 +87,7 @@ std::optional<std::int32_t> ProcProcessTable::parent(std::int32_t pid) const {
     const auto line = contents(entry(pid, "stat"));
     if (!line)
         return std::nullopt;
-    // "pid (name) state ppid …": the name may itself hold parentheses and spaces, so the last
-    // closing one ends it.
-    const std::size_t nameEnd = line->rfind(") ");
-    constexpr std::size_t kFromNameEndToParent = std::string_view(") S ").size();
-    if (nameEnd == std::string::npos || nameEnd + kFromNameEndToParent >= line->size())
-        return std::nullopt;
-    std::int32_t parent = 0;
-    const char* const begin = line->data() + nameEnd + kFromNameEndToParent;
-    const auto result = std::from_chars(begin, line->data() + line->size(), parent);
-    if (result.ec != std::errc())
-        return std::nullopt;
-    return parent;
+    return desktop::parseProcessStat(*line).parent;
 }
 
 std::filesystem::path ProcProcessTable::entry(std::int32_t pid, const char* file) const {

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "platform/linux/desktop/DesktopEntries.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvanta::desktop {
+
+/// Finds the entry of a running program. Where several entries fit, the one shown in menus comes
+/// first, then the one with the plainest command, then the first id in the alphabet: the answer
+/// does not depend on the order of files.
+class EntryIndex {
+public:
+    EntryIndex() = default;
+
+    /// `executableFolders`: where programs named without a folder lie.
+    EntryIndex(const DesktopEntries& entries,
+               const std::vector<std::filesystem::path>& executableFolders);
+
+    /// The id itself, or the same in other letter case; null when there is none.
+    [[nodiscard]] DesktopEntryRef withID(const std::string& id) const;
+
+    /// The id of a Flatpak: of its exported entry, or of the first that says it belongs to it.
+    [[nodiscard]] DesktopEntryRef withFlatpakID(const std::string& id) const;
+
+    /// The snap's program `app`, or else the first entry that says it belongs to the snap.
+    [[nodiscard]] DesktopEntryRef withSnap(const std::string& snap, const std::string& app) const;
+
+    /// The entry that runs this very file.
+    [[nodiscard]] DesktopEntryRef withProgram(const std::string& path) const;
+
+    /// The entry whose program lies in this program's folder, where that is a folder of its own,
+    /// or is called like this program or its folder: what a start script at another place runs.
+    [[nodiscard]] DesktopEntryRef withProgramLike(const std::string& path) const;
+
+    [[nodiscard]] DesktopEntryRef withWindowClass(std::string_view name) const;
+
+    /// Whether this very file is one of the entry's programs.
+    [[nodiscard]] bool runs(const DesktopEntry& entry, const std::string& path) const;
+
+private:
+    using Map = std::map<std::string, DesktopEntryRef, std::less<>>;
+
+    void add(const DesktopEntryRef& entry,
+             const std::vector<std::filesystem::path>& executableFolders);
+    void addProgram(const std::string& program, const DesktopEntryRef& entry,
+                    const std::vector<std::filesystem::path>& executableFolders);
+
+    Map byID_;
+    Map byLowerID_;
+    Map byFlatpakID_;
+    Map bySnapName_;
+    Map byProgram_;
+    Map byProgramFolder_;
+    Map byProgramName_;
+    Map byWindowClass_;
+    /// Paths of each entry's programs, by id.
+    std::multimap<std::string, std::string> programPaths_;
+};
+
+} // namespace orvanta::desktop

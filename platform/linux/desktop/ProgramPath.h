@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orvanta::desktop {
+
+/// Empty for a program that is named without one.
+[[nodiscard]] std::string folderOf(const std::string& program);
+
+/// The folder of a program that holds nothing but this program and its parts: one of a system
+/// package, or one that is called like the program. Empty for /usr/bin, a home and their like.
+[[nodiscard]] std::string ownFolderOf(const std::string& program);
+
+/// What a program may be called, best first: its file, that without an ending such as ".py", and,
+/// where system packages install, the two folders above: /usr/lib/player/player-bin is "player".
+[[nodiscard]] std::vector<std::string> namesOf(const std::string& program);
+
+/// Where a program really lies: links followed, a name without a folder looked for in `folders`.
+/// Empty when it is not found; a path that does not exist stays as it is.
+[[nodiscard]] std::string locatedProgram(const std::string& program,
+                                         const std::vector<std::filesystem::path>& folders);
+
+} // namespace orvanta::desktop

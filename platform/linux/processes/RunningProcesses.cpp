@@ -1,0 +1,236 @@
+#include "platform/linux/processes/RunningProcesses.h"
+
+#include "platform/linux/desktop/CommandLine.h"
+#include "platform/linux/desktop/KeyFile.h"
+#include "platform/linux/desktop/ProgramPath.h"
+#include "platform/linux/desktop/SmallFile.h"
+#include "platform/linux/processes/FlatpakInfo.h"
+#include "platform/linux/processes/ProcessStat.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <climits>
+#include <dirent.h>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace orvanta::desktop {
+namespace {
+
+/// The proc file system's files here are far smaller, but for command lines.
+constexpr std::size_t kMostOfAFile = 1U << 16U;
+
+constexpr std::string_view kDeletedMark = " (deleted)";
+
+/// The parent of the kernel's own threads, which have no executable and play nothing.
+constexpr std::int32_t kKernelThreads = 2;
+
+/// Once when a process is new, and once more in case it was moved to a group of its own just after.
+constexpr int kReadings = 2;
+
+/// Looks from one reading of a process that does not play to the next.
+constexpr std::int32_t kTurns = 8;
+
+class ProcFolder {
+public:
+    explicit ProcFolder(const std::filesystem::path& root)
+        : folder_(opendir(root.c_str()), closedir) {}
+
+    [[nodiscard]] int descriptor() const { return dirfd(folder_.get()); }
+
+    [[nodiscard]] explicit operator bool() const { return folder_ != nullptr; }
+
+    /// Nothing after the last one.
+    [[nodiscard]] std::optional<std::int32_t> nextPID() const {
+        while (const dirent* const entry = readdir(folder_.get())) {
+            const std::string_view name = entry->d_name;
+            std::int32_t pid = 0;
+            const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), pid);
+            if (error == std::errc() && end == name.data() + name.size() && pid > 0)
+                return pid;
+        }
+        return std::nullopt;
+    }
+
+private:
+    std::unique_ptr<DIR, int (*)(DIR*)> folder_;
+};
+
+/// Nothing when it has ended.
+std::optional<ProcessFolder> folderOfProcess(int procFolder, std::int32_t pid) {
+    struct stat status {};
+
+    if (fstatat(procFolder, std::to_string(pid).c_str(), &status, 0) != 0)
+        return std::nullopt;
+    return ProcessFolder{status.st_ino, status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
+}
+
+std::string fileOf(const Process& process, const char* file) {
+    return std::to_string(process.pid) + "/" + file;
+}
+
+std::string textOf(int procFolder, const Process& process, const char* file) {
+    return readFileStart(procFolder, fileOf(process, file), kMostOfAFile).value_or("");
+}
+
+std::string executableOf(int procFolder, const Process& process) {
+    std::array<char, PATH_MAX> path{};
+    const ssize_t length =
+        readlinkat(procFolder, fileOf(process, "exe").c_str(), path.data(), path.size());
+    if (length <= 0)
+        return {};
+    std::string_view executable(path.data(), static_cast<std::size_t>(length));
+    if (executable.ends_with(kDeletedMark))
+        executable.remove_suffix(kDeletedMark.size());
+    return std::string(executable);
+}
+
+/// What tells whether it is still the same program in the same process. Nothing when it has ended.
+std::optional<Process> identityOf(int procFolder, std::int32_t pid) {
+    Process process;
+    process.pid = pid;
+    const auto line = readFileStart(procFolder, fileOf(process, "stat"), kMostOfAFile);
+    if (!line)
+        return std::nullopt;
+    const ProcessStat stat = parseProcessStat(*line);
+    process.parent = stat.parent.value_or(0);
+    process.session = stat.session.value_or(0);
+    process.startTime = stat.startTime.value_or(0);
+    process.name = stat.name;
+    process.executable = executableOf(procFolder, process);
+    return process;
+}
+
+bool isSameProgram(const Process& a, const Process& b) {
+    return a.startTime == b.startTime && a.name == b.name && a.executable == b.executable;
+}
+
+std::vector<std::string> argumentsOf(int procFolder, const Process& process) {
+    const std::string text = textOf(procFolder, process, "cmdline");
+    std::vector<std::string> arguments;
+    for (std::size_t at = text.find('\0'); at < text.size();) {
+        const std::size_t end = std::min(text.find('\0', at + 1), text.size());
+        arguments.push_back(text.substr(at + 1, end - at - 1));
+        at = end;
+    }
+    return arguments;
+}
+
+std::string scriptOfProcess(int procFolder, const Process& process) {
+    if (!isInterpreter(fileNameOf(process.executable)))
+        return {};
+    const std::string script = scriptOf(argumentsOf(procFolder, process)).value_or("");
+    const std::string located = locatedProgram(script, {});
+    return located.empty() ? script : located;
+}
+
+/// The last of the ids in the line "NSpid:", which are those from the outside to the inside.
+std::int32_t innermostPID(int procFolder, const Process& process) {
+    const std::string status = textOf(procFolder, process, "status");
+    for (const std::string_view line : listItems(status, '\n')) {
+        if (!line.starts_with("NSpid:"))
+            continue;
+        const std::string_view last = line.substr(line.find_last_of(" \t:") + 1);
+        std::int32_t pid = 0;
+        std::from_chars(last.data(), last.data() + last.size(), pid);
+        return pid;
+    }
+    return 0;
+}
+
+void readDetails(int procFolder, Process& process) {
+    if (process.executable.empty() && process.parent == kKernelThreads)
+        return;
+    process.script = scriptOfProcess(procFolder, process);
+    process.scope = parseProcessScope(textOf(procFolder, process, "cgroup"));
+    process.flatpakID = flatpakIDInInfo(textOf(procFolder, process, "root/.flatpak-info"));
+    if (process.flatpakID.empty())
+        process.flatpakID = process.scope.flatpakID;
+    if (!process.flatpakID.empty())
+        process.innermostPID = innermostPID(procFolder, process);
+}
+
+/// All that does not change without a new executable.
+void copyDetails(const Process& from, Process& to) {
+    to.script = from.script;
+    to.scope = from.scope;
+    to.flatpakID = from.flatpakID;
+    to.innermostPID = from.innermostPID;
+    to.timesRead = from.timesRead;
+    to.revision = from.revision;
+}
+
+bool hasSameDetails(const Process& a, const Process& b) {
+    return a.script == b.script && a.scope == b.scope && a.flatpakID == b.flatpakID &&
+           a.innermostPID == b.innermostPID;
+}
+
+} // namespace
+
+RunningProcesses::RunningProcesses(std::filesystem::path root) : root_(std::move(root)) {}
+
+void RunningProcesses::refresh(const std::set<std::int32_t>& playing) {
+    ++looks_;
+    std::map<std::int32_t, Process> seen;
+    const ProcFolder proc(root_);
+    while (const auto pid = proc ? proc.nextPID() : std::nullopt) {
+        const auto folder = folderOfProcess(proc.descriptor(), *pid);
+        if (!folder)
+            continue;
+        const auto known = processes_.find(*pid);
+        if (known != processes_.end() && !playing.contains(*pid) &&
+            !needsReading(known->second, *folder)) {
+            seen.insert(seen.end(), processes_.extract(known));
+        } else if (auto now = identityOf(proc.descriptor(), *pid)) {
+            now->folder = *folder;
+            seen.insert_or_assign(*pid, read(proc.descriptor(), *std::move(now)));
+        }
+    }
+    processes_ = std::move(seen);
+}
+
+bool RunningProcesses::needsReading(const Process& known, const ProcessFolder& folder) const {
+    const bool isItsTurn = known.pid % kTurns == looks_ % kTurns;
+    return isItsTurn || known.timesRead < kReadings || known.folder != folder;
+}
+
+Process RunningProcesses::read(int procFolder, Process now) {
+    const auto known = processes_.find(now.pid);
+    const bool isKnown = known != processes_.end() && isSameProgram(known->second, now);
+    if (isKnown && known->second.timesRead >= kReadings) {
+        copyDetails(known->second, now);
+        return now;
+    }
+    readDetails(procFolder, now);
+    now.timesRead = isKnown ? known->second.timesRead + 1 : 1;
+    const bool isUnchanged = isKnown && hasSameDetails(known->second, now);
+    now.revision = isUnchanged ? known->second.revision : ++lastRevision_;
+    return now;
+}
+
+const Process* RunningProcesses::find(std::int32_t pid) const {
+    const auto found = processes_.find(pid);
+    return found == processes_.end() ? nullptr : &found->second;
+}
+
+bool RunningProcesses::exists(std::int32_t pid) const {
+    std::error_code error;
+    return pid > 0 && std::filesystem::is_directory(root_ / std::to_string(pid), error);
+}
+
+const Process* RunningProcesses::findInFlatpak(const std::string& flatpakID,
+                                               std::int32_t pid) const {
+    const auto found = std::find_if(processes_.begin(), processes_.end(), [&](const auto& entry) {
+        return entry.second.flatpakID == flatpakID && entry.second.innermostPID == pid;
+    });
+    return found == processes_.end() ? nullptr : &found->second;
+}
+
+} // namespace orvanta::desktop

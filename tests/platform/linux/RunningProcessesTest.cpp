@@ -1,0 +1,170 @@
+#include "platform/linux/processes/RunningProcesses.h"
+
+#include "tests/support/ScriptedDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+namespace orvanta::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RunningProcessesTest : public ::testing::Test {
+protected:
+    [[nodiscard]] const desktop::Process& looked(std::int32_t pid) {
+        processes_.refresh();
+        return processes_.all().at(pid);
+    }
+
+    TemporaryDirectory directory_;
+    ScriptedProc proc_{directory_.path()};
+    desktop::RunningProcesses processes_{directory_.path()};
+};
+
+TEST_F(RunningProcessesTest, TellWhatTheFilesSay) {
+    proc_.run({.pid = 42,
+               .parent = 7,
+               .session = 6,
+               .executable = "/usr/bin/player",
+               .unit = "app-player-1.scope",
+               .flatpakID = "org.example.Player",
+               .innermostPID = 2,
+               .name = "a) S 9 (b",
+               .startTime = 99});
+    const auto& process = looked(42);
+    EXPECT_EQ(process.pid, 42);
+    EXPECT_EQ(process.parent, 7);
+    EXPECT_EQ(process.session, 6);
+    EXPECT_EQ(process.startTime, 99U);
+    EXPECT_EQ(process.name, "a) S 9 (b");
+    EXPECT_EQ(process.executable, "/usr/bin/player");
+    EXPECT_EQ(process.program(), "/usr/bin/player");
+    EXPECT_EQ(process.scope.applicationIDs.front(), "player");
+    EXPECT_EQ(process.flatpakID, "org.example.Player");
+    EXPECT_EQ(process.innermostPID, 2);
+}
+
+TEST_F(RunningProcessesTest, KnowTheScriptOfAnInterpreter) {
+    proc_.run({.pid = 42,
+               .executable = "/usr/bin/python3.11",
+               .arguments = {"-u", "/usr/share/player/player.py"}});
+    EXPECT_EQ(looked(42).program(), "/usr/share/player/player.py");
+    proc_.run({.pid = 43, .executable = "/usr/bin/python3.11"});
+    EXPECT_EQ(looked(43).program(), "/usr/bin/python3.11");
+}
+
+TEST_F(RunningProcessesTest, KnowAProgramThatWasReplacedOnDisk) {
+    proc_.run({.pid = 42, .executable = "/usr/bin/player (deleted)"});
+    EXPECT_EQ(looked(42).executable, "/usr/bin/player");
+}
+
+TEST_F(RunningProcessesTest, ComeAndGo) {
+    proc_.run({.pid = 42});
+    EXPECT_FALSE(processes_.find(42));
+    EXPECT_TRUE(processes_.exists(42));
+    processes_.refresh();
+    EXPECT_TRUE(processes_.find(42));
+    proc_.end(42);
+    processes_.refresh();
+    EXPECT_FALSE(processes_.find(42));
+    EXPECT_FALSE(processes_.exists(42));
+}
+
+TEST_F(RunningProcessesTest, KeepTheirRevisionUntilTheyRunSomethingElse) {
+    proc_.run({.pid = 42, .executable = "/usr/bin/sh"});
+    const auto first = looked(42).revision;
+    EXPECT_EQ(looked(42).revision, first);
+    proc_.run({.pid = 42, .executable = "/usr/bin/player"});
+    const auto second = looked(42).revision;
+    EXPECT_NE(second, first);
+    // Another process of the same id and program.
+    proc_.run({.pid = 42, .executable = "/usr/bin/player", .startTime = 4711});
+    EXPECT_NE(looked(42).revision, second);
+}
+
+TEST_F(RunningProcessesTest, AreSeenWhenTheyMoveToTheirControlGroupJustAfterTheStart) {
+    proc_.run({.pid = 42, .executable = "/usr/bin/player", .unit = "launcher.service"});
+    EXPECT_TRUE(looked(42).scope.applicationIDs.empty());
+    proc_.run({.pid = 42, .executable = "/usr/bin/player", .unit = "app-player-1.scope"});
+    EXPECT_FALSE(looked(42).scope.applicationIDs.empty());
+}
+
+TEST_F(RunningProcessesTest, AreReadInFullNoMoreThanTwice) {
+    proc_.run({.pid = 42, .executable = "/usr/bin/player", .unit = "app-player-1.scope"});
+    processes_.refresh();
+    processes_.refresh();
+    fs::remove(directory_.path() / "42/cgroup");
+    for (int look = 0; look < 10; ++look)
+        EXPECT_FALSE(looked(42).scope.applicationIDs.empty());
+}
+
+TEST_F(RunningProcessesTest, AreReadAtEveryLookWhileTheyPlay) {
+    proc_.run({.pid = 42, .parent = 7});
+    for (std::int32_t parent = 8; parent < 20; ++parent) {
+        proc_.run({.pid = 42, .parent = parent});
+        processes_.refresh({42});
+        EXPECT_EQ(processes_.all().at(42).parent, parent);
+    }
+}
+
+TEST_F(RunningProcessesTest, AreReadNowAndThenWhileTheyDoNotPlay) {
+    proc_.run({.pid = 42, .parent = 7, .executable = "/usr/bin/sh"});
+    processes_.refresh();
+    processes_.refresh();
+    // In place, so that the folder stays the same: what happens when a process runs another file.
+    ScriptedProc::write(directory_.path() / "42/stat", "42 (player) S 1 42 42");
+    constexpr int kLooks = 8;
+    for (int look = 0; look < kLooks; ++look)
+        processes_.refresh();
+    EXPECT_EQ(looked(42).parent, 1);
+    EXPECT_EQ(looked(42).name, "player");
+}
+
+TEST_F(RunningProcessesTest, AreFoundByTheIDInsideTheirFlatpak) {
+    proc_.run({.pid = 50, .flatpakID = "org.a.A", .innermostPID = 2});
+    proc_.run({.pid = 51, .flatpakID = "org.b.B", .innermostPID = 2});
+    proc_.run({.pid = 52, .flatpakID = "org.b.B", .innermostPID = 3});
+    processes_.refresh();
+    ASSERT_TRUE(processes_.findInFlatpak("org.b.B", 2));
+    EXPECT_EQ(processes_.findInFlatpak("org.b.B", 2)->pid, 51);
+    EXPECT_FALSE(processes_.findInFlatpak("org.c.C", 2));
+    EXPECT_FALSE(processes_.findInFlatpak("org.a.A", 3));
+}
+
+TEST_F(RunningProcessesTest, BearBrokenFiles) {
+    fs::create_directories(directory_.path() / "12x");
+    fs::create_directories(directory_.path() / "99999999999");
+    fs::create_directories(directory_.path() / "41");
+    for (const char* stat : {"", "42", "42 (x", "42 (x)", ") 42 (", "42 (x) S", "42 (x) S y z"}) {
+        proc_.run({.pid = 42});
+        ScriptedProc::write(directory_.path() / "42/stat", stat);
+        ScriptedProc::write(directory_.path() / "42/cmdline", "");
+        fs::remove(directory_.path() / "42/cgroup");
+        const auto& process = looked(42);
+        EXPECT_EQ(process.parent, 0) << stat;
+        EXPECT_EQ(process.startTime, 0U) << stat;
+    }
+    EXPECT_EQ(processes_.all().size(), 1U);
+}
+
+TEST(RunningProcesses, AreNoneWithoutAProcFolder) {
+    desktop::RunningProcesses processes("/nowhere");
+    processes.refresh();
+    EXPECT_TRUE(processes.all().empty());
+}
+
+TEST(RunningProcesses, KnowThisOne) {
+    desktop::RunningProcesses processes("/proc");
+    processes.refresh();
+    const desktop::Process* const self = processes.find(getpid());
+    ASSERT_TRUE(self);
+    EXPECT_EQ(self->parent, getppid());
+    EXPECT_EQ(self->session, getsid(0));
+    EXPECT_EQ(self->executable, fs::read_symlink("/proc/self/exe"));
+    EXPECT_GT(self->startTime, 0U);
+}
+
+} // namespace
+} // namespace orvanta::test
