@@ -5,7 +5,7 @@
 #include "platform/embedded/EmbeddedWorkspace.h"
 #include "platform/embedded/sounds/MusicLike.h"
 #include "platform/embedded/sounds/SpeechLike.h"
-#include "platform/linux/NoWorkspace.h"
+#include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/ProcProcessTable.h"
 #include "platform/pipewire/PipeWireAudioHardware.h"
 
@@ -26,8 +26,8 @@ public:
 
 private:
     ProcProcessTable processTable_;
-    NoWorkspace workspace_;
     PipeWireAudioHardware hardware_;
+    LinuxWorkspace workspace_{DesktopFolders::fromEnvironment(), &hardware_};
 };
 
 /// A tool that may run for days needs no record of its calls.

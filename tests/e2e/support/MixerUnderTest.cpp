@@ -17,10 +17,7 @@ constexpr Seconds bound{10};
 
 } // namespace
 
-MixerUnderTest::MixerUnderTest()
-    : hardware_({}, log_),
-      manager_({hardware_, processTable_, workspace_, log_, mainRunLoop_, serialQueues_, wallClock_,
-                audioFiles_}) {
+MixerUnderTest::MixerUnderTest() : hardware_({}, log_), manager_(platform()) {
     mainRunLoop_.start("main");
     if (!eventually(bound, [this] { return hardware_.isServerReachable(); }))
         throw std::runtime_error("no server answers the mixer" + logText());

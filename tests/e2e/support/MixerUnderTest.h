@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/engine/AudioTapManager.h"
-#include "platform/linux/NoWorkspace.h"
+#include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/ProcProcessTable.h"
 #include "platform/media/MediaFileWriter.h"
 #include "platform/pipewire/PipeWireAudioHardware.h"
@@ -24,6 +24,11 @@ public:
 
     [[nodiscard]] AudioTapManager& manager() { return manager_; }
 
+    [[nodiscard]] Platform platform() {
+        return {hardware_,    processTable_, workspace_, log_,
+                mainRunLoop_, serialQueues_, wallClock_, audioFiles_};
+    }
+
     [[nodiscard]] PipeWireAudioHardware& hardware() { return hardware_; }
 
     /// The process object of a process; 0 when it is not listed.
@@ -45,7 +50,7 @@ private:
     RecordingLog log_;
     PipeWireAudioHardware hardware_;
     ProcProcessTable processTable_;
-    NoWorkspace workspace_;
+    LinuxWorkspace workspace_{DesktopFolders::fromEnvironment(), &hardware_};
     WorkerRunLoop mainRunLoop_;
     ThreadSerialQueues serialQueues_;
     SystemWallClock wallClock_;
