@@ -10,7 +10,9 @@
 
 namespace {
 
-using namespace orvanta;
+namespace test = orvanta::test;
+using orvanta::LinuxWorkspace;
+using orvanta::RunningApplication;
 
 constexpr int kProcesses = 400;
 constexpr int kEntries = 100;

@@ -13,7 +13,6 @@ namespace {
 using desktop::parseProcessScope;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 desktop::ProcessScope inUnit(const std::string& unit) {
     return parseProcessScope("0::/user.slice/user@1000.service/app.slice/" + unit + "\n");
