@@ -53,7 +53,7 @@ void OutputDeviceManager::refresh() {
 void OutputDeviceManager::publish(std::vector<OutputDevice> devices,
                                   const std::string& defaultUID) {
     for (OutputDevice& device : devices)
-        device.isDefault = device.uid == defaultUID;
+        device.isDefault = !defaultUID.empty() && device.uid == defaultUID;
     availableDevices_.set(std::move(devices));
     defaultDeviceUID_.set(defaultUID);
 }

@@ -114,7 +114,11 @@ void AudioTapManager::removeTap(std::int32_t pid) {
     // The tap goes first, while the callback still runs: the process is back on its own path before
     // ours ends.
     hardware_.destroyProcessTap(state->tapID);
+    const std::size_t unstopped = unstoppedCells_.size();
     stopIOProc(*state);
+    // The state stays with such a cell, where nobody could end its recordings any more.
+    if (unstoppedCells_.size() > unstopped)
+        stopRecorders(*state);
     hardware_.destroyAggregateDevice(state->mixDeviceID);
     logger_.info("Removed tap for PID %d", pid);
 }
@@ -158,11 +162,8 @@ void AudioTapManager::stopIOProc(TapState& state) {
         const OSStatus stopped = hardware_.stopDevice(state.mixDeviceID, *state.callbackID);
         const OSStatus destroyed = hardware_.destroyIOProcID(state.mixDeviceID, *state.callbackID);
         state.callbackID.reset();
-        if (stopped != noErr && destroyed != noErr) {
+        if (stopped != noErr && destroyed != noErr)
             unstoppedCells_.push_back(std::move(state.callbackRef));
-            // Nobody could end them any more.
-            stopRecorders(state);
-        }
     }
     state.callbackRef.reset();
 }

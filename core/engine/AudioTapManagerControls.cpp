@@ -62,7 +62,6 @@ void AudioTapManager::setNoiseGate(std::int32_t pid, bool enabled, float thresho
     TapState* const state = find(pid);
     if (state == nullptr)
         return;
-    const bool wasAtRest = state->isAtRest();
     state->noiseGateEnabled.store(enabled);
     state->noiseGateThreshold = threshold;
     state->noiseGateThresholdLinear.store(linearFromDecibels(threshold));
@@ -71,7 +70,8 @@ void AudioTapManager::setNoiseGate(std::int32_t pid, bool enabled, float thresho
         state->gateSilentCount.store(0);
         state->gateFadeGain.store(1.0F);
     }
-    if (wasAtRest)
+    // A silent tap may have come to rest, or may do so any moment, with the gate as it was.
+    if (state->silentCallbackCount.load() > 0)
         wake(*state);
 }
 

@@ -31,7 +31,9 @@ void AudioTapManager::installDeviceListeners() {
     defaultOutputListenerInstalled_ =
         hardware_.addPropertyListener(kAudioObjectSystemObject, kDefaultOutput,
                                       defaultOutputListener, this) == noErr;
-    lastDefaultOutputUID_ = defaultOutputUID();
+    // As a task would: one of a change that has just been announced may be running already.
+    access_.task(
+        [](AudioTapManager& self) { self.lastDefaultOutputUID_ = self.defaultOutputUID(); })();
     logger_.composed(fmt::format("🎧 Listeners: devices={} default={}\n",
                                  mark(deviceListenerInstalled_),
                                  mark(defaultOutputListenerInstalled_)));

@@ -20,7 +20,7 @@ namespace orvanta {
 /// capacity 0 are errors in the program and end it.
 class DriftRingBuffer {
 public:
-    DriftRingBuffer(std::int64_t capacity, std::int64_t channels);
+    DriftRingBuffer(std::int64_t capacity, std::int64_t channels) noexcept;
 
     /// Producer: takes `frameCount` frames of `channels` samples each.
     void write(const float* frames, std::int64_t frameCount) noexcept;
@@ -38,7 +38,10 @@ public:
     [[nodiscard]] std::uint64_t readCount() const noexcept { return totalRead_.load(); }
 
 private:
-    using Position = std::atomic<std::int64_t>;
+    /// A cell that no other shares a cache line with.
+    struct alignas(64) Position {
+        std::atomic<std::int64_t> frame = 0;
+    };
 
     [[nodiscard]] std::int64_t held(std::int64_t writePosition,
                                     std::int64_t readPosition) const noexcept;
@@ -49,7 +52,7 @@ private:
     const std::int64_t channels_; ///< samples of a frame
     /// Single words, because an overrun may write a frame that is being read.
     const std::unique_ptr<Cell<float>[]> buffer_;
-    /// In allocations of their own, so that the two threads share no cache line through them.
+    // Frame indices, each in an allocation of its own.
     const std::unique_ptr<Position> writePos_;
     const std::unique_ptr<Position> readPos_;
     Cell<std::uint64_t> totalWritten_{0};

@@ -6,8 +6,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <unordered_set>
+#include <utility>
 
 namespace orvanta::test {
 namespace {
@@ -238,26 +240,68 @@ TEST_F(OutputDevices, ArePublishedBeforeTheDefaultOnTheMainQueueOnly) {
                 ElementsAre("devices 2", "default headphones", "devices 2", "default headphones"));
 }
 
-TEST_F(OutputDevices, ReadEarlierButPostedLaterWin) {
-    add("speakers", "Speakers");
-    EXPECT_EQ(devices().size(), 1U);
-    manager().refresh();
-    add("headphones", "Headphones");
-    EXPECT_EQ(fakes.runLoop.runUntilIdle(), 3U) << "two results and the notification";
-    EXPECT_EQ(manager().availableDevices().size(), 2U);
+/// Does something of its own while the default is read, once.
+class InterruptedServer final : public EmbeddedAudioServer {
+public:
+    OSStatus getPropertyData(AudioObjectID object, const AudioObjectPropertyAddress& address,
+                             std::uint32_t& ioSize, void* outData) override {
+        if (address.mSelector == kAudioHardwarePropertyDefaultOutputDevice)
+            std::exchange(meanwhile, [] {})();
+        return EmbeddedAudioServer::getPropertyData(object, address, ioSize, outData);
+    }
+
+    std::function<void()> meanwhile = [] {
+    };
+};
+
+TEST(InterruptedRefresh, WinsWhenItIsPostedLaterAlthoughItHasReadEarlier) {
+    InterruptedServer server;
+    PlatformFakes fakes;
+    server.addDevice({.uid = "speakers", .name = "Speakers"});
+    OutputDeviceManager manager(fakes.platformWith(server));
+    fakes.runLoop.runUntilIdle();
+    std::vector<std::size_t> sizes;
+    const auto observation = manager.publishedDevices().observe(
+        [&](const auto& coming) { sizes.push_back(coming.size()); });
+    server.meanwhile = [&] {
+        server.addDevice({.uid = "headphones", .name = "Headphones"});
+        manager.refresh();
+    };
+    manager.refresh();
+    fakes.runLoop.runUntilIdle();
+    EXPECT_THAT(sizes, ElementsAre(2U, 1U, 2U)) << "the last one is the notification's";
 }
 
-TEST_F(OutputDevices, OfAManagerThatHasGoneAreNotPublished) {
+/// Whose every device has an empty UID.
+class NamelessServer final : public EmbeddedAudioServer {
+public:
+    OSStatus getStringProperty(AudioObjectID object, const AudioObjectPropertyAddress& address,
+                               std::optional<std::string>& outText) override {
+        const OSStatus status = EmbeddedAudioServer::getStringProperty(object, address, outText);
+        if (status == noErr && address.mSelector == kAudioDevicePropertyDeviceUID)
+            outText = "";
+        return status;
+    }
+};
+
+TEST(NamelessDevices, AreNotTakenForADefaultThatIsUnknown) {
+    NamelessServer server;
+    PlatformFakes fakes;
+    server.addDevice({.uid = "speakers", .name = "Speakers"});
+    const OutputDeviceManager manager(fakes.platformWith(server));
+    fakes.runLoop.runUntilIdle();
+    ASSERT_EQ(manager.availableDevices().size(), 1U);
+    EXPECT_FALSE(manager.availableDevices()[0].isDefault);
+}
+
+TEST_F(OutputDevices, OfAManagerThatHasGoneAreNotReadAnew) {
     add("speakers", "Speakers");
     manager().refresh();
     server.notify(kAudioObjectSystemObject, {kAudioHardwarePropertyDevices});
-    bool isTold = false;
-    auto observation = manager().publishedDevices().observe([&](const auto&) { isTold = true; });
     managerStorage.reset();
     server.journal().clear();
-    fakes.runLoop.runUntilIdle();
-    EXPECT_FALSE(isTold);
-    EXPECT_THAT(server.journal().entries(), IsEmpty());
+    EXPECT_EQ(fakes.runLoop.runUntilIdle(), 3U);
+    EXPECT_THAT(server.journal().entries(), IsEmpty()) << "the notification reads nothing anew";
 }
 
 } // namespace

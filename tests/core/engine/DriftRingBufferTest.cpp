@@ -83,6 +83,17 @@ TEST(DriftRingBuffer, OfManyMoreFramesKeepsTheLastThatFit) {
     EXPECT_THAT(read(ring, 4), ElementsAre(97.0F, 98.0F, 99.0F, 100.0F));
 }
 
+TEST(DriftRingBuffer, OfNothingLeavesWhatItHolds) {
+    DriftRingBuffer ring(4, 1);
+    write(ring, counting(1, 3));
+    read(ring, 2);
+    write(ring, counting(4, 2));
+    ring.write(nullptr, 0);
+    ring.read(nullptr, 0);
+    EXPECT_EQ(ring.available(), 3);
+    EXPECT_THAT(read(ring, 4), ElementsAre(3.0F, 4.0F, 5.0F, 0.0F));
+}
+
 TEST(DriftRingBuffer, OfNothingTakesAndGivesNothing) {
     DriftRingBuffer ring(8, 2);
     ring.write(nullptr, 0);
@@ -204,6 +215,7 @@ TEST(DriftRingBufferDeathTest, MisuseEndsTheProgram) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     float sample = 0;
     EXPECT_DEATH(DriftRingBuffer(std::numeric_limits<std::int64_t>::max(), 2), "");
+    EXPECT_DEATH(DriftRingBuffer(std::numeric_limits<std::int64_t>::max() / 2, 2), "");
     EXPECT_DEATH(DriftRingBuffer(-1, 2), "");
     EXPECT_DEATH(DriftRingBuffer(8, 1).write(&sample, -1), "");
     EXPECT_DEATH(DriftRingBuffer(8, 1).read(&sample, -1), "");

@@ -31,9 +31,8 @@ std::size_t processCount() {
     std::size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
         const std::string name = entry.path().filename().string();
-        count += std::all_of(name.begin(), name.end(), [](char c) { return c >= '0' && c <= '9'; })
-                     ? 1
-                     : 0;
+        if (std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; }))
+            ++count;
     }
     return count;
 }
