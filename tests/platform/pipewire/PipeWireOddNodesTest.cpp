@@ -64,6 +64,8 @@ TEST_F(PipeWireOddNodes, WithNonsenseInEveryPropertyHideNobody) {
         Properties properties;
         for (const std::string& key : keys)
             properties[key] = value;
+        // The one before may still be going.
+        ASSERT_TRUE(eventually(soon, [&] { return devices() == 1; }));
         const OwnStream stream(properties);
         const OwnSink sink(properties);
         EXPECT_NE(ownProcess(), kAudioObjectUnknown);
