@@ -17,8 +17,6 @@ namespace orvanta::test {
 namespace {
 
 constexpr std::size_t halfASecond = 24000;
-/// A few units in the last place of a float at the levels of the signals.
-constexpr double rounding = 2e-7;
 
 constexpr float volume = 0.5F;
 constexpr std::size_t band = 5;
@@ -185,6 +183,33 @@ TEST_P(ReopeningPrograms, StayTapped) {
 
     awaitTapped(pid);
     expectTheStreamTimes(volume, pid);
+}
+
+class ProgramsOnTwoDevices : public EndToEndTest {};
+
+TEST_F(ProgramsOnTwoDevices, AreEachHeardOnTheirOwnAlone) {
+    graph().plug({.name = "headphones", .priority = 500});
+    mixer().awaitDevice("headphones");
+    const auto file = noiseFile(NoiseSignal(13));
+    const ChromiumTab tab(file, server_.directory());
+    const RealPlayer player(PlayerKind::paplay, noiseFile(NoiseSignal(14)), server_.directory());
+    const pid_t browser = tab.awaitAudioProcess(graph());
+    graph().awaitPlayback(player.pid());
+    mixer().tap(browser, 0.5F);
+    mixer().tap(player.pid(), 0.25F);
+
+    ASSERT_TRUE(mixer().manager().routeToDevice(browser, "headphones"));
+    ASSERT_TRUE(mixer().manager().routeToDevice(player.pid(), "speakers"));
+    awaitTapped(browser);
+    awaitTapped(player.pid());
+    EXPECT_LE(mixResidual("headphones", {{browser, 0.5F}}), rounding);
+    EXPECT_LE(mixResidual("speakers", {{player.pid(), 0.25F}}), rounding);
+
+    // And the other way round.
+    ASSERT_TRUE(mixer().manager().routeToDevice(player.pid(), "headphones"));
+    ASSERT_TRUE(mixer().manager().routeToDevice(browser, "speakers"));
+    EXPECT_LE(mixResidual("speakers", {{browser, 0.5F}}), rounding);
+    EXPECT_LE(mixResidual("headphones", {{player.pid(), 0.25F}}), rounding);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ReopeningPrograms,
