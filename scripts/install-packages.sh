@@ -17,8 +17,8 @@ run=(
     alsa-utils pulseaudio-utils sox libsox-fmt-alsa libsox-fmt-base mpv
     gnuplot-nox procps python3 python3-numpy
 )
-# Besides the checks: an independent reader of audio files.
-test=(ccache clang-format ffmpeg git python3)
+# Besides the checks: an independent reader of audio files, and a browser that plays.
+test=(ccache chromium clang-format ffmpeg git python3)
 full=(clang clang-tidy libclang-rt-dev llvm)
 # The other architecture: its compiler, and what runs its programs here.
 arm64=(g++-aarch64-linux-gnu qemu-user-static)

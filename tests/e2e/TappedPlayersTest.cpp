@@ -9,8 +9,6 @@ namespace orvanta::test {
 namespace {
 
 constexpr std::size_t halfASecond = 24000;
-/// A few units in the last place of a float at the levels of the signal.
-constexpr double rounding = 2e-7;
 
 class TappedPlayers : public EndToEndTest, public testing::WithParamInterface<PlayerKind> {
 protected:
@@ -130,7 +128,7 @@ TEST_F(TappedProgram, ThatIsMutedIsSilentOnTheDevice) {
 TEST_F(TappedProgram, BesideAnotherOnOneDeviceSoundsAtItsOwnVolume) {
     StreamClient client;
     client.open();
-    const GraphObject stream = graph().awaitPlayback(client.pid());
+    graph().awaitPlayback(client.pid());
     RealPlayer other(PlayerKind::pwPlay, noiseFile(NoiseSignal(77)), server_.directory());
     graph().awaitPlayback(other.pid());
     mixer().tap(client.pid(), 0.5F);
@@ -139,29 +137,7 @@ TEST_F(TappedProgram, BesideAnotherOnOneDeviceSoundsAtItsOwnVolume) {
     awaitTapped(other.pid());
 
     // Two programs, two taps, one device: the sum of both, each at its own volume.
-    const GraphObject otherStream = graph().awaitPlayback(other.pid());
-    AlignedRecorder recorder(graph(), 3);
-    recorder.listen(0, graph().outputPorts(stream.id)[0]);
-    recorder.listen(1, graph().outputPorts(otherStream.id)[0]);
-    recorder.listen(2, monitorPorts("speakers")[0]);
-    recorder.record(4096);
-    const std::size_t start = recorder.frames();
-    recorder.record(halfASecond);
-    const Capture capture = recorder.finish().from(start);
-
-    // The monitor may lie a whole number of cycles after the streams.
-    double best = 1;
-    const std::size_t quantum = capture.cycles.front().frames;
-    for (std::size_t lag = 0; lag <= 4 * quantum; lag += quantum) {
-        double residual = 0;
-        for (std::size_t index = lag; index < capture.frames(); ++index)
-            residual = std::max(
-                residual, std::abs(static_cast<double>(capture.channels[2][index] -
-                                                       0.5F * capture.channels[0][index - lag] -
-                                                       0.25F * capture.channels[1][index - lag])));
-        best = std::min(best, residual);
-    }
-    EXPECT_LE(best, rounding);
+    EXPECT_LE(mixResidual("speakers", {{client.pid(), 0.5F}, {other.pid(), 0.25F}}), rounding);
 }
 
 } // namespace

@@ -3,7 +3,11 @@
 #include "tests/support/WavFile.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
+#include <iterator>
+#include <limits>
+#include <span>
 #include <stdexcept>
 
 namespace orvanta::test {
@@ -95,21 +99,53 @@ void EndToEndTest::awaitTapped(pid_t pid) const {
 
 Capture EndToEndTest::recordUndisturbed(std::uint32_t playbackNode, const std::string& device,
                                         std::size_t frames) const {
-    const auto programPorts = graph().outputPorts(playbackNode);
-    const auto devicePorts = monitorPorts(device);
+    std::vector<std::uint32_t> ports = graph().outputPorts(playbackNode);
+    const std::size_t programs = ports.size();
+    std::ranges::copy(monitorPorts(device), std::back_inserter(ports));
+    return recordUndisturbed(ports, programs, frames);
+}
+
+Capture EndToEndTest::recordUndisturbed(const std::vector<std::uint32_t>& ports,
+                                        std::size_t programs, std::size_t frames) const {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        AlignedRecorder recorder(graph(), programPorts.size() + devicePorts.size());
-        recorder.listen(0, programPorts);
-        recorder.listen(programPorts.size(), devicePorts);
+        AlignedRecorder recorder(graph(), ports.size());
+        recorder.listen(0, ports);
         // The links come one by one: what counts begins when all of them stand.
         recorder.record(4096);
         const std::size_t start = recorder.frames();
         recorder.record(frames);
         Capture capture = recorder.finish().from(start);
-        if (capture.discontinuities() == 0 && isUnbroken(capture.channels[0]))
+        const auto heard = std::span(capture.channels).first(programs);
+        if (capture.discontinuities() == 0 && std::ranges::all_of(heard, isUnbroken))
             return capture;
     }
     throw std::runtime_error("the machine missed cycles in every recording");
+}
+
+double EndToEndTest::mixResidual(const std::string& device,
+                                 const std::vector<Voice>& voices) const {
+    std::vector<std::uint32_t> ports;
+    for (const Voice& voice : voices)
+        ports.push_back(graph().outputPorts(graph().awaitPlayback(voice.pid).id).at(0));
+    ports.push_back(monitorPorts(device).at(0));
+    const Capture capture = recordUndisturbed(ports, voices.size(), 24000);
+
+    const auto difference = [&](std::size_t index, std::size_t lag) {
+        double left = static_cast<double>(capture.channels.back()[index]);
+        for (std::size_t voice = 0; voice < voices.size(); ++voice)
+            left -= static_cast<double>(voices[voice].gain * capture.channels[voice][index - lag]);
+        return std::abs(left);
+    };
+    // The monitor may lie a whole number of cycles after the streams.
+    double best = std::numeric_limits<double>::infinity();
+    const std::size_t cycle = capture.cycles.front().frames;
+    for (std::size_t lag = 0; lag <= 4 * cycle; lag += cycle) {
+        double residual = 0;
+        for (std::size_t index = lag; index < capture.frames(); ++index)
+            residual = std::max(residual, difference(index, lag));
+        best = std::min(best, residual);
+    }
+    return best;
 }
 
 PassageCounts EndToEndTest::countPassages(const std::vector<float>& recorded,

@@ -52,10 +52,24 @@ protected:
     [[nodiscard]] Capture recordUndisturbed(std::uint32_t playbackNode, const std::string& device,
                                             std::size_t frames) const;
 
+    struct Voice {
+        pid_t pid = 0;
+        float gain = 1;
+    };
+
+    /// Records half a second of a device beside the streams of these programs (one each) and
+    /// returns the largest difference between the device's left channel and the sum of theirs,
+    /// each times its gain. Records again if the machine missed a cycle.
+    [[nodiscard]] double mixResidual(const std::string& device,
+                                     const std::vector<Voice>& voices) const;
+
     /// Counts of one recorded channel against one channel of the signal.
     [[nodiscard]] static PassageCounts countPassages(const std::vector<float>& recorded,
                                                      const NoiseSignal& noise,
                                                      std::uint32_t channel, float gain);
+
+    /// A few units in the last place of a float, at the levels of the signals.
+    static constexpr double rounding = 2e-7;
 
     PrivateAudioServer server_;
     std::optional<AudioGraph> graphStorage_{std::in_place};
@@ -66,6 +80,10 @@ protected:
     void reconnectGraph() { graphStorage_.emplace(); }
 
 private:
+    /// Records the inputs' ports until a recording of the first `programs` inputs has no hole.
+    [[nodiscard]] Capture recordUndisturbed(const std::vector<std::uint32_t>& ports,
+                                            std::size_t programs, std::size_t frames) const;
+
     std::unique_ptr<MixerUnderTest> mixer_;
 };
 

@@ -52,6 +52,10 @@ void RealPlayer::resume() const {
     control("{\"command\":[\"set_property\",\"pause\",false]}\n");
 }
 
+void RealPlayer::reopen() const {
+    control("{\"command\":[\"ao-reload\"]}\n");
+}
+
 void RealPlayer::control(const std::string& command) const {
     const int handle = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_un address = {};

@@ -14,7 +14,7 @@ enum class PlayerKind {
     paplay, ///< the Pulse bridge
     aplay,  ///< ALSA
     sox,    ///< ALSA, through another program
-    mpv,    ///< the server's own protocol; can pause
+    mpv,    ///< the server's own protocol; can be told things
 };
 
 /// One of them playing a file.
@@ -26,9 +26,11 @@ public:
 
     [[nodiscard]] pid_t pid() const { return program_.pid(); }
 
-    /// Only mpv can.
+    // Only mpv can do these.
     void pause() const;
     void resume() const;
+    /// Closes its stream and opens another.
+    void reopen() const;
 
     void stop() { program_.stop(); }
 

@@ -23,6 +23,12 @@ TapHolder::TapHolder(float volume, const std::vector<pid_t>& pids)
         throw std::runtime_error("the tap holder says: " + answer.value_or("nothing"));
 }
 
+void TapHolder::route(pid_t pid, const std::string& deviceUID) {
+    program_.writeLine(std::to_string(pid) + " " + deviceUID);
+    if (program_.readLine(Seconds(10)) != "routed")
+        throw std::runtime_error("the tap holder does not route to " + deviceUID);
+}
+
 TapHolder::TapReport TapHolder::report(pid_t pid) {
     program_.writeLine(std::to_string(pid));
     std::istringstream words(program_.readLine(Seconds(10)).value_or(""));

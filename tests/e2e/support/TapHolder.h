@@ -3,6 +3,7 @@
 #include "tests/e2e/support/ChildProcess.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace orvanta::test {
@@ -19,6 +20,9 @@ public:
 
     /// Returns when every process is tapped at this volume; throws when that fails.
     TapHolder(float volume, const std::vector<pid_t>& pids);
+
+    /// Throws when the device does not take the tap.
+    void route(pid_t pid, const std::string& deviceUID);
 
     [[nodiscard]] TapReport report(pid_t pid);
 
