@@ -14,6 +14,9 @@ constexpr std::chrono::milliseconds kLinkBound{2000};
 /// How long to wait until the programs' streams come to the tap.
 constexpr std::chrono::milliseconds kArrivalBound{2000};
 
+/// How long devices may take to come back after a restart.
+constexpr std::chrono::milliseconds kReturnBound{1000};
+
 } // namespace
 
 struct Aggregates::IOProc {
@@ -31,10 +34,14 @@ struct Aggregates::Aggregate {
     AudioObjectID inputStream = kAudioObjectUnknown;
     AudioObjectID outputStream = kAudioObjectUnknown;
     AudioObjectID activeDevice = kAudioObjectUnknown;
+    bool isListed = true;
 };
 
 Aggregates::Aggregates(Surroundings& surroundings, Taps& taps)
-    : surroundings_(surroundings), taps_(taps) {}
+    : surroundings_(surroundings),
+      taps_(taps),
+      generation_(surroundings.generation()),
+      returnTimer_(surroundings.loop, surroundings.changed) {}
 
 Aggregates::~Aggregates() = default;
 
@@ -99,8 +106,8 @@ OSStatus Aggregates::destroy(AudioObjectID device) {
 }
 
 void Aggregates::destroyAll() {
-    for (const AudioObjectID id : list())
-        destroy(id);
+    while (!aggregates_.empty())
+        destroy(aggregates_.begin()->first);
 }
 
 OSStatus Aggregates::createIOProc(AudioObjectID device, const AudioDeviceIOClient& client,
@@ -199,13 +206,27 @@ void Aggregates::stop(Aggregate& aggregate) {
 }
 
 void Aggregates::update() {
+    const bool areReturning = areDevicesReturning();
+    const bool wereReturning = std::exchange(wereReturning_, areReturning);
+    bool anyChanged = false;
     for (const auto& [id, aggregate] : aggregates_) {
         const AudioObjectID device = aggregate->tap->hasDevice()
                                          ? surroundings_.devices.deviceWithUID(aggregate->deviceUID)
                                          : kAudioObjectUnknown;
         if (std::exchange(aggregate->activeDevice, device) != device)
             surroundings_.listeners.notify(id, {kAudioAggregateDevicePropertyActiveSubDeviceList});
+        const bool isListed = device != kAudioObjectUnknown || areReturning;
+        anyChanged = std::exchange(aggregate->isListed, isListed) != isListed || anyChanged;
     }
+    // Any other change of this list comes with one of the devices, which has been told.
+    if (anyChanged && wereReturning && !areReturning)
+        tellOfDevices();
+}
+
+bool Aggregates::areDevicesReturning() {
+    if (std::exchange(generation_, surroundings_.generation()) != surroundings_.generation())
+        returnTimer_.set(kReturnBound);
+    return !surroundings_.connection.hasAnswered() || returnTimer_.isSet();
 }
 
 void Aggregates::tellOfDevices() const {
@@ -215,7 +236,8 @@ void Aggregates::tellOfDevices() const {
 std::vector<AudioObjectID> Aggregates::list() const {
     std::vector<AudioObjectID> ids;
     for (const auto& [id, aggregate] : aggregates_)
-        ids.push_back(id);
+        if (aggregate->isListed)
+            ids.push_back(id);
     return ids;
 }
 

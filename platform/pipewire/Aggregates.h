@@ -33,12 +33,15 @@ public:
     /// Returns only when no call of the IOProc is in flight.
     OSStatus stop(AudioObjectID device, AudioDeviceIOProcID procID);
 
-    /// Tells the listeners of those whose device has come or gone.
+    /// Tells the listeners of those whose device has come or gone. After `devices.update()`, which
+    /// tells of a changed device list.
     void update();
 
     /// Stops and destroys all.
     void destroyAll();
 
+    /// Those whose device is there. After a restart of the server or the session manager devices
+    /// come back one by one, so for a second they count as there.
     [[nodiscard]] std::vector<AudioObjectID> list() const;
     [[nodiscard]] bool contains(AudioObjectID object) const;
 
@@ -55,6 +58,7 @@ private:
     OSStatus awaitStreams(AudioObjectID device, AudioDeviceIOProcID procID,
                           const std::shared_ptr<Tap>& tap);
     void stop(Aggregate& aggregate);
+    [[nodiscard]] bool areDevicesReturning();
     void tellOfDevices() const;
 
     Surroundings& surroundings_;
@@ -63,6 +67,10 @@ private:
     /// Their addresses are the ids of IOProcs. None is ever removed, so an id that is out of date
     /// never fits a newer IOProc.
     std::deque<char> procTokens_;
+    std::uint64_t generation_;
+    bool wereReturning_ = true;
+    /// Set while devices return.
+    ControlTimer returnTimer_;
 };
 
 } // namespace orvanta::pipewire

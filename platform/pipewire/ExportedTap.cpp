@@ -39,13 +39,16 @@ ExportedTap::ExportedTap(pw_core* core, TapNode& node, const std::string& name,
     // The session manager links programs to sinks only, and the PulseAudio bridge finishes the
     // creation of a stream only when it is linked to a node of exactly this class. It must never
     // become the default device, though, so it has a lower priority than a device without any.
-    std::array<spa_dict_item, 6> items{{
+    std::array<spa_dict_item, 7> items{{
         {PW_KEY_NODE_NAME, name.c_str()},
         {PW_KEY_NODE_DESCRIPTION, description.c_str()},
         {PW_KEY_MEDIA_CLASS, "Audio/Sink"},
         {PW_KEY_MEDIA_TYPE, "Audio"},
         {PW_KEY_NODE_VIRTUAL, "true"},
         {PW_KEY_PRIORITY_SESSION, "-10000"},
+        // WirePlumber 0.4 suspends a node five seconds after it fell idle, also one that has left
+        // meanwhile, and crashes then. There is nothing to suspend in this one.
+        {"session.suspend-timeout-seconds", "0"},
     }};
     const spa_dict properties{0, static_cast<std::uint32_t>(items.size()), items.data()};
     proxy_ = pw_core_export(core, SPA_TYPE_INTERFACE_Node, &properties, node_.interface(), 0);

@@ -239,6 +239,17 @@ TEST_F(AudioApps, TakeTheEngineOfOneBrowserForAHelperByItsBundle) {
     processes.parents[20] = 5;
     play(20);
     EXPECT_THAT(names(), ElementsAre("Browser"));
+    EXPECT_EQ(discover()[0].bundleIdentifier, "com.apple.WebKit.GPU") << "its parent has none";
+}
+
+TEST_F(AudioApps, KeepTheirBundleWhenAHelperWithoutOneTakesOver) {
+    runApp(5, "Browser", "org.example.browser");
+    play(5, false);
+    runApp(7, "Browser");
+    playHelper(20, "Browser Helper", 7);
+    ASSERT_EQ(discover().size(), 1U);
+    EXPECT_EQ(discover()[0].pid, 20);
+    EXPECT_EQ(discover()[0].bundleIdentifier, "org.example.browser");
 }
 
 TEST_F(AudioApps, ResolveAnAccessoryThatIsAHelper) {

@@ -73,6 +73,17 @@ TEST(AudioTapManagerAggregate, UnreadableRatesReadAsZeroAndAnUnknownDeviceRateMa
     EXPECT_THAT(sets(rig), IsEmpty());
 }
 
+TEST(AudioTapManagerAggregate, AnUnreadableRateOfTheAggregateIsSetLikeAnyOther) {
+    EngineRig rig;
+    rig.server.faults().add({.operation = Operation::getPropertyData,
+                             .times = 1,
+                             .selector = kAudioDevicePropertyNominalSampleRate});
+    EXPECT_TRUE(rig.manager->createTap(pid, rig.program));
+    EXPECT_THAT(rig.log.texts(),
+                Contains("🔬 rates: agg=0.0Hz out=48000.0Hz uid=speakers bt=false\n"));
+    EXPECT_EQ(sets(rig).size(), 1U);
+}
+
 TEST(AudioTapManagerAggregate, ADefaultOutputThatIsNotInTheListIsStillNamedAndNoRateIsMatched) {
     embedded::ServerSettings settings = aggregatesAt(48000);
     settings.refusesUnknownSubDevices = false;

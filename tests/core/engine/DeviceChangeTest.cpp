@@ -259,6 +259,15 @@ TEST_F(StaleAggregate, IsJudgedByItselfWhenItsFirstSubDeviceIsNone) {
     EXPECT_EQ(fakes.runLoop.timeToNextTask(), std::nullopt);
 }
 
+TEST_F(StaleAggregate, IsLostWhenItsFirstSubDeviceIsNoneAndItselfIsNotListed) {
+    const auto aggregate = server.holdings().aggregates.at(0);
+    server.subDevices = {kAudioObjectUnknown};
+    server.removeDevice(speakers);
+    fakes.runLoop.runUntilIdle();
+    EXPECT_THAT(fakes.log.texts(), Contains("⚠️ Audio device " + std::to_string(aggregate) +
+                                            " no longer in device list for PID 100\n"));
+}
+
 TEST_F(StaleAggregate, IsLostAlsoWhenNothingRunsOnIt) {
     server.failNext(Operation::startDevice, refusal);
     ASSERT_FALSE(manager.routeToDevice(pid, std::nullopt));
@@ -281,14 +290,65 @@ TEST_F(DeviceChange, ATapThatPlaysNowhereHasNoDeviceToLose) {
 }
 
 TEST_F(DeviceChange, AnUnreadableListCountsEveryTapAsLost) {
+    for (const auto operation : {Operation::getPropertyDataSize, Operation::getPropertyData}) {
+        rig.server.faults().add(
+            {.operation = operation, .times = 1, .selector = kAudioHardwarePropertyDevices});
+        rig.log.clear();
+        rig.server.notify(kAudioObjectSystemObject, deviceListChange);
+        runPosted();
+        EXPECT_THAT(lines(),
+                    ElementsAre("⚠️ Aggregate output device " + std::to_string(rig.speakers) +
+                                " disappeared for PID 100\n"));
+        rig.runLoop.advance(1s);
+        EXPECT_THAT(played(rig.speakers), Each(0.5F));
+    }
+}
+
+TEST_F(DeviceChange, AnAggregateWhoseSubDevicesCannotBeReadIsJudgedByItself) {
+    for (const auto operation : {Operation::getPropertyDataSize, Operation::getPropertyData}) {
+        rig.server.faults().add({.operation = operation,
+                                 .times = 1,
+                                 .selector = kAudioAggregateDevicePropertyActiveSubDeviceList});
+        rig.server.notify(kAudioObjectSystemObject, deviceListChange);
+        runPosted();
+        EXPECT_THAT(rig.log.texts(), IsEmpty());
+    }
+}
+
+TEST_F(DeviceChange, ABluetoothDeviceThatIsThereIsForgottenWithALostSubDevice) {
+    choose("headphones");
+    rig.state().btOutputDeviceID = rig.speakers;
+    // The list ends before the headphones, the aggregate still has them.
     rig.server.faults().add({.operation = Operation::getPropertyDataSize,
+                             .effect = embedded::FaultEffect::givesBytes,
+                             .bytes = sizeof(AudioObjectID),
                              .times = 1,
                              .selector = kAudioHardwarePropertyDevices});
     rig.server.notify(kAudioObjectSystemObject, deviceListChange);
     runPosted();
     EXPECT_THAT(lines(), ElementsAre("⚠️ Aggregate output device " +
-                                     std::to_string(rig.speakers) + " disappeared for PID 100\n"));
+                                     std::to_string(headphones) + " disappeared for PID 100\n"));
+    EXPECT_EQ(rig.state().btOutputDeviceID, kAudioObjectUnknown);
+}
+
+TEST_F(DeviceChange, WithoutTapsAChangedListLeadsToNothing) {
+    rig.manager->removeAllTaps();
+    runPosted();
+    rig.log.clear();
+    rig.server.removeDevice(headphones);
+    runPosted();
+    EXPECT_THAT(rig.log.texts(), IsEmpty());
+    EXPECT_EQ(rig.runLoop.timeToNextTask(), std::nullopt);
+}
+
+TEST_F(DeviceChange, ADeviceChosenDuringADelayIsLostToThePass) {
+    addDevice("other");
+    choose("headphones");
+    rig.server.removeDevice(headphones);
+    runPosted();
+    ASSERT_TRUE(rig.manager->routeToDevice(pid, "other"));
     rig.runLoop.advance(500ms);
+    EXPECT_EQ(rig.manager->getOutputDeviceUID(pid), std::nullopt);
     EXPECT_THAT(played(rig.speakers), Each(0.5F));
 }
 
@@ -443,6 +503,24 @@ TEST_F(DeviceChange, ADefaultThatWasOrIsAbsentReadsNil) {
     EXPECT_THAT(played(headphones), Each(0.5F));
 }
 
+TEST_F(DeviceChange, ADefaultThatStaysAbsentIsNoChange) {
+    rig.server.setDefaultOutput(kAudioObjectUnknown);
+    rig.runLoop.advance(1s);
+    rig.log.clear();
+    rig.server.notify(kAudioObjectSystemObject, defaultChange);
+    rig.runLoop.advance(1h);
+    EXPECT_THAT(rig.log.texts(), IsEmpty());
+}
+
+TEST_F(DeviceChange, TheWatchEndsBeforeTheFirstTapGoes) {
+    rig.manager.reset();
+    const std::vector<std::string> calls = rig.server.journal().operations();
+    ASSERT_GE(calls.size(), 3U);
+    EXPECT_EQ(calls[0], "AudioObjectRemovePropertyListener");
+    EXPECT_EQ(calls[1], "AudioObjectRemovePropertyListener");
+    EXPECT_EQ(calls[2], "AudioHardwareDestroyProcessTap");
+}
+
 TEST_F(DeviceChange, ADefaultWhoseUIDCannotBeReadCountsAsAbsent) {
     rig.server.faults().add({.operation = Operation::getPropertyData,
                              .times = 1,
@@ -464,12 +542,18 @@ TEST_F(DeviceChange, ADeviceThatIsBothLostAndTheDefaultIsFollowedAndReRouted) {
 
 // ---- the manager's end
 
-TEST_F(DeviceChange, APassThatFindsNoManagerDoesNothing) {
+TEST_F(DeviceChange, EveryPassThatFindsNoManagerDoesNothing) {
+    const auto other = rig.server.addProgram({.pid = 200, .name = "Follows the default"});
+    ASSERT_TRUE(rig.manager->createTap(200, other));
     choose("headphones");
     rig.server.removeDevice(headphones);
-    runPosted();
+    rig.server.failNext(Operation::createAggregateDevice, refusal, 2);
+    rig.runLoop.advance(500ms);
     rig.server.setDefaultOutput(kAudioObjectUnknown);
     runPosted();
+    rig.server.removeDevice(rig.speakers);
+    runPosted();
+    EXPECT_EQ(rig.runLoop.timeToNextTask(), Seconds(0.3)) << "a rebuild, a re-route, a retry";
     rig.server.notify(kAudioObjectSystemObject, deviceListChange);
     rig.manager.reset();
     rig.log.clear();

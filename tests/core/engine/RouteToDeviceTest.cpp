@@ -233,6 +233,38 @@ TEST_F(RouteToDevice, WithoutAnyAggregateLeavesATapThatPlaysNowhere) {
     rig.expectNothingLeft();
 }
 
+TEST_F(RouteToDevice, WithoutAnyAggregateKeepsTheChosenDeviceInMind) {
+    addDevice("headset", kAudioDeviceTransportTypeBluetooth);
+    ASSERT_TRUE(route("headset"));
+    rig.server.failNext(Operation::createAggregateDevice, refusal, 2);
+    EXPECT_FALSE(route("headphones"));
+    EXPECT_THAT(rig.manager->getOutputDeviceUID(pid), Optional(std::string("headset")));
+    EXPECT_EQ(rig.state().btOutputDeviceID, kAudioObjectUnknown);
+    rig.manager->removeTap(pid);
+    rig.expectNothingLeft();
+}
+
+TEST_F(RouteToDevice, ThatFallsBackRemembersABluetoothDefaultAndForgetsAnother) {
+    const AudioObjectID headset = addDevice("headset", kAudioDeviceTransportTypeBluetooth);
+    rig.server.setDefaultOutput(headset);
+    EXPECT_FALSE(route("unplugged"));
+    EXPECT_EQ(rig.state().btOutputDeviceID, headset);
+    rig.server.setDefaultOutput(rig.speakers);
+    EXPECT_FALSE(route("unplugged"));
+    EXPECT_EQ(rig.state().btOutputDeviceID, kAudioObjectUnknown);
+}
+
+TEST_F(RouteToDevice, ThatTheSystemRefusesToStopLetsARecordingGoOn) {
+    ASSERT_TRUE(rig.manager
+                    ->startRecording(pid, "Player", RecordingFormat::wav, "/music",
+                                     RecordingMode::processed)
+                    .wet);
+    rig.server.failNext(Operation::stopDevice, refusal);
+    rig.server.failNext(Operation::destroyIOProcID, refusal);
+    EXPECT_TRUE(route("headphones"));
+    EXPECT_TRUE(rig.manager->isRecording(pid));
+}
+
 TEST_F(RouteToDevice, ToADeviceThatDoesNotStartFailsThereAndStaysRouted) {
     rig.server.failNext(Operation::startDevice, refusal);
     EXPECT_FALSE(route("headphones"));
@@ -240,6 +272,8 @@ TEST_F(RouteToDevice, ToADeviceThatDoesNotStartFailsThereAndStaysRouted) {
     EXPECT_EQ(rig.server.holdings().aggregates.size(), 1U) << "the aggregate stays";
     EXPECT_EQ(rig.server.holdings().ioProcs, 0U);
     EXPECT_EQ(rig.manager->getCallbackCount(pid), 0U);
+    EXPECT_TRUE(route("headphones")) << "the next move finds it as any other";
+    EXPECT_THAT(played(headphones), Each(1.0F));
     rig.manager->removeTap(pid);
     rig.expectNothingLeft();
 }

@@ -107,6 +107,20 @@ TEST_F(PipeWireAggregate, SaysWhenItsDeviceGoesAndComesBackToNone) {
     hardware().removePropertyListener(tap_->aggregate(), active, count, &told);
 }
 
+TEST_F(PipeWireAggregate, LeavesTheDeviceListWithItsDevice) {
+    const auto isListed = [&] {
+        const auto devices = deviceList(hardware());
+        return std::find(devices.begin(), devices.end(), tap_->aggregate()) != devices.end();
+    };
+    graph().plug({.name = "headphones", .priority = 500});
+    EXPECT_TRUE(isListed());
+    graph().unplug("speakers");
+    EXPECT_TRUE(eventually(soon, [&] { return !isListed(); }));
+    graph().plug({.name = "speakers"});
+    awaitDevice("speakers");
+    EXPECT_FALSE(isListed()) << "it does not play on another device of that name";
+}
+
 TEST_F(PipeWireAggregate, LeavesItToOthersWhetherToReturnToItsDevice) {
     graph().plug({.name = "headphones", .priority = 500});
     awaitTapped(::getpid(), "speakers");
