@@ -9,7 +9,8 @@
 namespace orvanta {
 
 /// Lets tasks that run later reach an object that may have gone by then, from whichever thread it
-/// goes. A member of that object.
+/// goes. A member of that object. Its tasks must not nest: one that runs a loop of its own must not
+/// let another of the same object run in it.
 template <class Object>
 class WeakAccess {
 public:

@@ -10,24 +10,31 @@ namespace orvanta {
 
 /// A value that tells its observers of every assignment, equal ones included, before it takes
 /// effect: an observer sees the coming value, and the present one through `get`. Belongs to one
-/// thread.
+/// thread. An assignment from within an observer is told and takes effect at once; the one under
+/// way follows it.
 template <class Value>
 class Published {
-    using Observers = std::list<std::shared_ptr<std::function<void(const Value&)>>>;
-
 public:
     using Observer = std::function<void(const Value& coming)>;
 
-    /// Its end ends the observing. May outlive the value.
+private:
+    /// Emptied when the observing ends.
+    using Slot = std::shared_ptr<Observer>;
+    using Slots = std::list<Slot>;
+
+public:
+    /// Its end ends the observing, at once also while observers are told. May outlive the value.
     class Observation {
     public:
         Observation() = default;
         Observation(Observation&&) noexcept = default;
 
         Observation& operator=(Observation&& other) noexcept {
-            end();
-            observers_ = std::move(other.observers_);
-            place_ = other.place_;
+            if (this != &other) {
+                end();
+                slots_ = std::move(other.slots_);
+                place_ = other.place_;
+            }
             return *this;
         }
 
@@ -36,17 +43,21 @@ public:
     private:
         friend class Published;
 
-        Observation(const std::shared_ptr<Observers>& observers, typename Observers::iterator place)
-            : observers_(observers), place_(place) {}
+        Observation(const std::shared_ptr<Slots>& slots, typename Slots::iterator place)
+            : slots_(slots), place_(place) {}
 
         void end() {
-            if (const auto observers = observers_.lock())
-                observers->erase(place_);
-            observers_.reset();
+            const auto slots = slots_.lock();
+            slots_.reset();
+            if (!slots)
+                return;
+            const Slot slot = *place_;
+            slots->erase(place_);
+            *slot = nullptr;
         }
 
-        std::weak_ptr<Observers> observers_;
-        typename Observers::iterator place_;
+        std::weak_ptr<Slots> slots_;
+        typename Slots::iterator place_;
     };
 
     Published() = default;
@@ -59,24 +70,24 @@ public:
 
     [[nodiscard]] const Value& get() const { return value_; }
 
-    /// Observers that come or go while they are told are told from the next assignment on.
     void set(Value value) {
-        const std::vector<typename Observers::value_type> told(observers_->begin(),
-                                                               observers_->end());
-        for (const auto& observer : told)
-            (*observer)(value);
+        const std::vector<Slot> told(slots_->begin(), slots_->end());
+        for (const Slot& slot : told)
+            // A copy: the observer may end its own observing.
+            if (const Observer observer = *slot)
+                observer(value);
         value_ = std::move(value);
     }
 
     /// From the next assignment on.
     [[nodiscard]] Observation observe(Observer observer) {
-        observers_->push_back(std::make_shared<Observer>(std::move(observer)));
-        return Observation(observers_, std::prev(observers_->end()));
+        slots_->push_back(std::make_shared<Observer>(std::move(observer)));
+        return Observation(slots_, std::prev(slots_->end()));
     }
 
 private:
     Value value_{};
-    std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
+    std::shared_ptr<Slots> slots_ = std::make_shared<Slots>();
 };
 
 } // namespace orvanta

@@ -236,10 +236,12 @@ TEST_F(RouteToDevice, WithoutAnyAggregateLeavesATapThatPlaysNowhere) {
 TEST_F(RouteToDevice, WithoutAnyAggregateKeepsTheChosenDeviceInMind) {
     addDevice("headset", kAudioDeviceTransportTypeBluetooth);
     ASSERT_TRUE(route("headset"));
+    // The client data of its IOProc is about to go.
+    const auto state = static_cast<AudioCallbackRef*>(rig.server.lastClientData)->state;
     rig.server.failNext(Operation::createAggregateDevice, refusal, 2);
     EXPECT_FALSE(route("headphones"));
     EXPECT_THAT(rig.manager->getOutputDeviceUID(pid), Optional(std::string("headset")));
-    EXPECT_EQ(rig.state().btOutputDeviceID, kAudioObjectUnknown);
+    EXPECT_EQ(state->btOutputDeviceID, kAudioObjectUnknown);
     rig.manager->removeTap(pid);
     rig.expectNothingLeft();
 }

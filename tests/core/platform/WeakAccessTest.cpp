@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <future>
 #include <memory>
 #include <thread>
@@ -12,7 +13,21 @@ namespace orvanta::test {
 namespace {
 
 struct Counter {
+    Counter() = default;
+
+    explicit Counter(bool& gone) : hasGone(&gone) {}
+
+    ~Counter() {
+        access.end();
+        if (hasGone != nullptr)
+            *hasGone = true;
+    }
+
+    Counter(const Counter&) = delete;
+    Counter& operator=(const Counter&) = delete;
+
     int count = 0;
+    bool* hasGone = nullptr;
     WeakAccess<Counter> access{*this};
 };
 
@@ -35,21 +50,21 @@ TEST(WeakAccess, LetsATaskPassByWhenTheObjectHasGone) {
 }
 
 TEST(WeakAccess, HoldsTheObjectsEndUpWhileATaskIsWithIt) {
-    auto counter = std::make_unique<Counter>();
+    bool hasGone = false;
+    auto counter = std::make_unique<Counter>(hasGone);
     std::promise<void> begun;
-    std::promise<void> mayEnd;
-    int seen = 0;
-    std::thread other([&, task = counter->access.task([&](Counter& self) {
+    bool hadGoneDuringTheTask = true;
+    std::thread other([&, task = counter->access.task([&](Counter&) {
         begun.set_value();
-        mayEnd.get_future().wait();
-        seen = ++self.count;
+        // Long enough for an end that does not wait.
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        hadGoneDuringTheTask = hasGone;
     })] { task(); });
     begun.get_future().wait();
-    std::thread ending([&] { counter.reset(); });
-    mayEnd.set_value();
-    ending.join();
+    counter.reset();
+    EXPECT_TRUE(hasGone);
     other.join();
-    EXPECT_EQ(seen, 1);
+    EXPECT_FALSE(hadGoneDuringTheTask);
 }
 
 } // namespace

@@ -49,6 +49,32 @@ TEST(Published, LetsObserversComeAndGoWhileTheyAreTold) {
     EXPECT_EQ(told, "ab");
 }
 
+TEST(Published, TellsNobodyWhoseObservingHasJustEnded) {
+    Published<int> value;
+    std::string told;
+    std::optional<Published<int>::Observation> second;
+    const auto first = value.observe([&](int) {
+        told += "a";
+        second.reset();
+    });
+    second = value.observe([&](int) { told += "b"; });
+    value.set(1);
+    EXPECT_EQ(told, "a");
+}
+
+TEST(Published, TakesAnAssignmentOfAnObserverAtOnce) {
+    Published<int> value;
+    std::vector<int> told;
+    const auto observation = value.observe([&](int coming) {
+        told.push_back(coming);
+        if (coming == 1)
+            value.set(2);
+    });
+    value.set(1);
+    EXPECT_THAT(told, ElementsAre(1, 2));
+    EXPECT_EQ(value.get(), 1) << "the one under way comes last";
+}
+
 TEST(Published, MayGoBeforeItsObservations) {
     auto value = std::make_unique<Published<int>>();
     auto observation = value->observe([](int) {});
