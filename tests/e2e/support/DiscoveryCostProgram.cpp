@@ -27,6 +27,13 @@ constexpr std::size_t kPlaying = 10;
 /// The mixer looks once in a while: no pass may live on what another has just read.
 constexpr Seconds kBetweenPasses{0.3};
 
+/// One takes 128 streams at most.
+constexpr std::size_t kDevices = 3;
+
+std::string deviceName(std::size_t index) {
+    return "speakers-" + std::to_string(index);
+}
+
 std::size_t processCount() {
     std::size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
@@ -54,7 +61,7 @@ std::vector<std::unique_ptr<StreamClient>> makePrograms(std::size_t count,
     for (std::size_t index = 0; index < count; ++index) {
         programs.push_back(std::make_unique<StreamClient>(
             StreamClient::Settings{.name = "program-" + std::to_string(index)}));
-        programs.back()->open();
+        programs.back()->open(deviceName(index % kDevices));
         graph.awaitPlayback(programs.back()->pid());
         if (index >= kPlaying)
             programs.back()->pause();
@@ -65,8 +72,9 @@ std::vector<std::unique_ptr<StreamClient>> makePrograms(std::size_t count,
 void printRow(std::size_t count, std::size_t passes) {
     const PrivateAudioServer server;
     const AudioGraph graph;
-    graph.plug({.name = "speakers"});
-    graph.await("there is a default", [&] { return graph.defaultSink() == "speakers"; });
+    for (std::size_t index = 0; index < kDevices; ++index)
+        graph.plug({.name = deviceName(index)});
+    graph.await("there is a default", [&] { return !graph.defaultSink().empty(); });
     const auto programs = makePrograms(count, graph);
     const auto crowd = makeCrowd(server.directory());
 
