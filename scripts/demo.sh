@@ -152,12 +152,12 @@ send() {
     pw-metadata "$(node_id "$1")" target.object "$2" Spa:String >/dev/null
 }
 
-# tap DEVICE PID OPTIONS...: a tap plays on the device that is the default when it is made.
+# tap DEVICE PID OPTIONS...: a tap begins on the default device, so that is made the chosen one first.
 tap() {
     local device=$1
     shift
     make_default "$device"
-    start "$device-tap" "$cli" tap "$@" --seconds "$tapped" --interval 0.5
+    start "$device-tap" "$cli" tap "$@" --device "$device" --seconds "$tapped" --interval 0.5
     until_so "the tap on $device holds" is_tapped "$device-tap"
 }
 
