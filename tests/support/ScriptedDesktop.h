@@ -20,6 +20,7 @@ struct ScriptedProcess {
     std::int32_t session = 0;
     std::string executable = {};
     std::vector<std::string> arguments = {}; ///< without the program itself
+    std::string commandName = {};            ///< the one before them; empty for the executable's
     std::string unit = {};                   ///< the innermost control group
     std::string flatpakID = {};
     std::int32_t innermostPID = 0;
@@ -50,7 +51,8 @@ public:
                                    " 0 0\n");
         if (!process.executable.empty())
             std::filesystem::create_symlink(process.executable, folder / "exe");
-        std::string commandLine = process.executable + '\0';
+        std::string commandLine =
+            (process.commandName.empty() ? process.executable : process.commandName) + '\0';
         for (const std::string& argument : process.arguments)
             commandLine += argument + '\0';
         write(folder / "cmdline", commandLine);

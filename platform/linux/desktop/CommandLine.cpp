@@ -6,10 +6,44 @@
 namespace orvanta::desktop {
 namespace {
 
-constexpr std::array kInterpreters = std::to_array<std::string_view>(
-    {"python", "perl",        "ruby",  "node",      "nodejs",   "java", "php",   "lua",  "luajit",
-     "gjs",    "gjs-console", "mono",  "mono-sgen", "electron", "sh",   "bash",  "dash", "zsh",
-     "fish",   "ksh",         "tclsh", "wish",      "guile",    "qml",  "julia", "bun",  "deno"});
+constexpr std::array kInterpreters = std::to_array<std::string_view>({"python",
+                                                                      "perl",
+                                                                      "ruby",
+                                                                      "node",
+                                                                      "nodejs",
+                                                                      "java",
+                                                                      "php",
+                                                                      "lua",
+                                                                      "luajit",
+                                                                      "gjs",
+                                                                      "gjs-console",
+                                                                      "mono",
+                                                                      "mono-sgen",
+                                                                      "electron",
+                                                                      "sh",
+                                                                      "bash",
+                                                                      "dash",
+                                                                      "zsh",
+                                                                      "fish",
+                                                                      "ksh",
+                                                                      "tclsh",
+                                                                      "wish",
+                                                                      "guile",
+                                                                      "qml",
+                                                                      "julia",
+                                                                      "bun",
+                                                                      "deno",
+                                                                      "wine",
+                                                                      "wine-stable",
+                                                                      "wine-development",
+                                                                      "wine-preloader",
+                                                                      "wine64-preloader",
+                                                                      "proton",
+                                                                      "love",
+                                                                      "dosbox",
+                                                                      "dosbox-x",
+                                                                      "dosbox-staging",
+                                                                      "scummvm"});
 
 constexpr std::array kShells =
     std::to_array<std::string_view>({"sh", "bash", "dash", "zsh", "fish", "ksh"});
@@ -39,9 +73,9 @@ bool contains(const Words& words, std::string_view word) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-/// "python3.11" is Python.
+/// "python3.11" is Python, "love-11.5" is LÖVE.
 std::string_view withoutVersion(std::string_view name) {
-    const auto last = name.find_last_not_of("0123456789.");
+    const auto last = name.find_last_not_of("0123456789.-");
     return last == std::string_view::npos ? name : name.substr(0, last + 1);
 }
 
@@ -74,8 +108,8 @@ private:
         if (letter == '"') {
             isQuoted_ = !isQuoted_;
             hasWord_ = true;
-        } else if (letter == '\\' && isQuoted_ && !rest_.empty()) {
-            word_ += next();
+        } else if (letter == '\\' && !rest_.empty()) {
+            add(next());
         } else if (letter == '%' && !rest_.empty()) {
             if (next() == '%')
                 add('%');
@@ -171,8 +205,13 @@ std::optional<std::string> programOfCommand(std::vector<std::string> words) {
     return std::nullopt;
 }
 
+bool isWindowsPath(std::string_view path) {
+    constexpr std::string_view kRoot = ":\\";
+    return path.size() > kRoot.size() && path.substr(1, kRoot.size()) == kRoot;
+}
+
 std::string_view fileNameOf(std::string_view path) {
-    return path.substr(path.rfind('/') + 1);
+    return path.substr(path.rfind(isWindowsPath(path) ? '\\' : '/') + 1);
 }
 
 } // namespace orvanta::desktop

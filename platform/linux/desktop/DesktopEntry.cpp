@@ -92,9 +92,8 @@ private:
     }
 
     void takeCommand(const std::string& command) {
-        std::vector<std::string> words = execWords(command);
-        entry_.commandLength = words.size();
-        if (auto program = programOfCommand(std::move(words)))
+        entry_.command = execWords(command);
+        if (auto program = programOfCommand(entry_.command))
             addProgram(*std::move(program));
     }
 

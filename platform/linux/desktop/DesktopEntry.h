@@ -17,8 +17,8 @@ struct DesktopEntry {
     std::string icon; ///< a name in the icon theme or an absolute path; may be empty
     /// What Exec and TryExec run, as written there: paths or names without a folder.
     std::vector<std::string> programs;
-    /// How many words Exec has: of several entries for one program, the plainest stands for it.
-    std::size_t commandLength = 0;
+    /// The words of Exec: of several entries for one program, the plainest stands for it.
+    std::vector<std::string> command;
     std::string windowClass;
     std::string flatpakID;
     std::string snapName;

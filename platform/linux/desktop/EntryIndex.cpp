@@ -11,8 +11,12 @@ namespace orvanta::desktop {
 namespace {
 
 bool isBetter(const DesktopEntry& a, const DesktopEntry& b) {
-    return std::tuple(!a.isShown, a.commandLength, std::string_view(a.id)) <
-           std::tuple(!b.isShown, b.commandLength, std::string_view(b.id));
+    return std::tuple(!a.isShown, a.command.size(), std::string_view(a.id)) <
+           std::tuple(!b.isShown, b.command.size(), std::string_view(b.id));
+}
+
+bool isAbsolute(const std::string& path) {
+    return path.starts_with('/');
 }
 
 template <typename Map>
@@ -34,36 +38,61 @@ DesktopEntryRef found(const Map& map, const Key& key) {
 
 EntryIndex::EntryIndex(const DesktopEntries& entries,
                        const std::vector<std::filesystem::path>& executableFolders) {
-    for (const auto& [id, entry] : entries.all())
-        add(entry, executableFolders);
+    // By path, or else by the name that no folder has a file of.
+    std::map<std::string, EntryPrograms> programs;
+    for (const auto& [id, entry] : entries.all()) {
+        add(entry);
+        for (const std::string& program : entry->programs) {
+            const std::string path = locatedProgram(program, executableFolders);
+            programs[path.empty() ? program : path].push_back({program, entry});
+        }
+    }
+    for (const auto& [path, entriesOfProgram] : programs)
+        addProgram(path, entriesOfProgram);
 }
 
-void EntryIndex::add(const DesktopEntryRef& entry,
-                     const std::vector<std::filesystem::path>& executableFolders) {
+void EntryIndex::add(const DesktopEntryRef& entry) {
     byID_[entry->id] = entry;
     addTo(byLowerID_, asciiLowerCase(entry->id), entry);
     addTo(byFlatpakID_, entry->flatpakID, entry);
     addTo(bySnapName_, entry->snapName, entry);
     addTo(byWindowClass_, asciiLowerCase(entry->windowClass), entry);
-    for (const std::string& program : entry->programs)
-        addProgram(program, entry, executableFolders);
 }
 
-void EntryIndex::addProgram(const std::string& program, const DesktopEntryRef& entry,
-                            const std::vector<std::filesystem::path>& executableFolders) {
-    const std::string path = locatedProgram(program, executableFolders);
+void EntryIndex::addProgram(const std::string& path, const EntryPrograms& entries) {
+    const bool isLocated = isAbsolute(path) || isWindowsPath(path);
     const std::string folder = ownFolderOf(path);
-    // An interpreter runs anybody's programs, unless a package brings one of its own.
-    const bool isAnybodys = isInterpreter(fileNameOf(program));
-    if (isAnybodys && folder.empty())
-        return;
-    if (!isAnybodys)
-        addTo(byProgramName_, asciiLowerCase(fileNameOf(program)), entry);
-    if (path.empty())
-        return;
-    addTo(byProgram_, path, entry);
-    addTo(byProgramFolder_, folder, entry);
-    programPaths_.emplace(entry->id, path);
+    const auto best =
+        std::min_element(entries.begin(), entries.end(),
+                         [](const auto& a, const auto& b) { return isBetter(*a.entry, *b.entry); });
+    const bool hasOne = standsForProgram(*best, entries);
+    for (const auto& [program, entry] : entries) {
+        // An interpreter runs anybody's programs, unless a package brings one of its own.
+        const bool isAnybodys = isInterpreter(fileNameOf(program));
+        if (isAnybodys && folder.empty())
+            continue;
+        if (isLocated)
+            programPaths_.emplace(entry->id, path);
+        if (!hasOne)
+            continue;
+        if (!isAnybodys)
+            addTo(byProgramName_, asciiLowerCase(fileNameOf(program)), entry);
+        if (isLocated) {
+            addTo(byProgram_, path, entry);
+            addTo(byProgramFolder_, folder, entry);
+        }
+    }
+}
+
+/// `best` is the best of `entries`.
+bool EntryIndex::standsForProgram(const EntryProgram& best, const EntryPrograms& entries) {
+    const std::vector<std::string>& command = best.entry->command;
+    const bool justStartsIt =
+        !command.empty() && fileNameOf(command.back()) == fileNameOf(best.program);
+    return std::all_of(entries.begin(), entries.end(), [&](const EntryProgram& other) {
+        const bool isPlainer = justStartsIt && command.size() < other.entry->command.size();
+        return !other.entry->isShown || isPlainer || other.entry->command == command;
+    });
 }
 
 DesktopEntryRef EntryIndex::withID(const std::string& id) const {

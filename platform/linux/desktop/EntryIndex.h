@@ -11,7 +11,8 @@ namespace orvanta::desktop {
 
 /// Finds the entry of a running program. Where several entries fit, the one shown in menus comes
 /// first, then the one with the plainest command, then the first id in the alphabet: the answer
-/// does not depend on the order of files.
+/// does not depend on the order of files. A program that several entries of menus tell different
+/// things, and none just starts, is no one's by its file alone: it is a loader of games, say.
 class EntryIndex {
 public:
     EntryIndex() = default;
@@ -44,10 +45,18 @@ public:
 private:
     using Map = std::map<std::string, DesktopEntryRef, std::less<>>;
 
-    void add(const DesktopEntryRef& entry,
-             const std::vector<std::filesystem::path>& executableFolders);
-    void addProgram(const std::string& program, const DesktopEntryRef& entry,
-                    const std::vector<std::filesystem::path>& executableFolders);
+    /// A program as an entry writes it.
+    struct EntryProgram {
+        std::string program;
+        DesktopEntryRef entry;
+    };
+
+    using EntryPrograms = std::vector<EntryProgram>;
+
+    void add(const DesktopEntryRef& entry);
+    void addProgram(const std::string& path, const EntryPrograms& entries);
+    [[nodiscard]] static bool standsForProgram(const EntryProgram& best,
+                                               const EntryPrograms& entries);
 
     Map byID_;
     Map byLowerID_;

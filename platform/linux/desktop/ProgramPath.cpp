@@ -84,6 +84,8 @@ std::vector<std::string> namesOf(const std::string& program) {
 std::string locatedProgram(const std::string& program, const std::vector<fs::path>& folders) {
     if (program.starts_with('/'))
         return canonicalOrSame(program);
+    if (isWindowsPath(program))
+        return program;
     if (program.find('/') != std::string::npos)
         return {};
     std::error_code error;

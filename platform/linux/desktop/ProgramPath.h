@@ -18,7 +18,8 @@ namespace orvanta::desktop {
 [[nodiscard]] std::vector<std::string> namesOf(const std::string& program);
 
 /// Where a program really lies: links followed, a name without a folder looked for in `folders`.
-/// Empty when it is not found; a path that does not exist stays as it is.
+/// Empty when it is not found; a path that does not exist stays as it is, and so does a Windows
+/// path.
 [[nodiscard]] std::string locatedProgram(const std::string& program,
                                          const std::vector<std::filesystem::path>& folders);
 

@@ -14,6 +14,7 @@
 #include <dirent.h>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <sys/stat.h>
 #include <system_error>
@@ -112,21 +113,28 @@ bool isSameProgram(const Process& a, const Process& b) {
     return a.startTime == b.startTime && a.name == b.name && a.executable == b.executable;
 }
 
-std::vector<std::string> argumentsOf(int procFolder, const Process& process) {
+/// The program's own name first.
+std::vector<std::string> commandLineOf(int procFolder, const Process& process) {
     const std::string text = textOf(procFolder, process, "cmdline");
-    std::vector<std::string> arguments;
-    for (std::size_t at = text.find('\0'); at < text.size();) {
-        const std::size_t end = std::min(text.find('\0', at + 1), text.size());
-        arguments.push_back(text.substr(at + 1, end - at - 1));
-        at = end;
+    std::vector<std::string> words;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find('\0', at), text.size());
+        words.push_back(text.substr(at, end - at));
+        at = end + 1;
     }
-    return arguments;
+    return words;
 }
 
 std::string scriptOfProcess(int procFolder, const Process& process) {
     if (!isInterpreter(fileNameOf(process.executable)))
         return {};
-    const std::string script = scriptOf(argumentsOf(procFolder, process)).value_or("");
+    const std::vector<std::string> words = commandLineOf(procFolder, process);
+    if (words.empty())
+        return {};
+    // Wine puts the Windows program in the place of its own name.
+    const std::string script = isWindowsPath(words.front())
+                                   ? words.front()
+                                   : scriptOf(std::span(words).subspan(1)).value_or("");
     const std::string located = locatedProgram(script, {});
     return located.empty() ? script : located;
 }

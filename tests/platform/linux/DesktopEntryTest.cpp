@@ -42,7 +42,7 @@ TEST(DesktopEntry, TellsWhatTheFileSays) {
     EXPECT_EQ(entry->name, "Player");
     EXPECT_EQ(entry->icon, "player");
     EXPECT_THAT(entry->programs, ElementsAre("/usr/bin/player", "player"));
-    EXPECT_EQ(entry->commandLength, 2U);
+    EXPECT_EQ(entry->command.size(), 2U);
     EXPECT_EQ(entry->windowClass, "Player");
     EXPECT_EQ(entry->flatpakID, "org.a.Player");
     EXPECT_EQ(entry->snapName, "player");
@@ -163,6 +163,8 @@ TEST(ExecWords, AreSplitAtBlanksOutsideQuotes) {
     EXPECT_THAT(execWords("\"/opt/my player/run\" \"a \\\"b\\\" \\$c\" \"\""),
                 ElementsAre("/opt/my player/run", "a \"b\" $c", ""));
     EXPECT_THAT(execWords("player \"unfinished words"), ElementsAre("player", "unfinished words"));
+    EXPECT_THAT(execWords("wine C:\\\\Program\\ Files\\\\radio.exe \\"),
+                ElementsAre("wine", "C:\\Program Files\\radio.exe", "\\"));
     EXPECT_THAT(execWords("  "), IsEmpty());
 }
 
@@ -206,9 +208,10 @@ TEST(ScriptOf, IsNoneForCodeOnTheCommandLine) {
 }
 
 TEST(Interpreters, AreKnownWithTheirVersions) {
-    for (const char* name : {"python3.11", "sh", "node18", "java", "electron28", "perl"})
+    for (const char* name : {"python3.11", "sh", "node18", "java", "electron28", "perl", "wine",
+                             "wine64", "wine64-preloader", "love-11.5", "proton", "dosbox"})
         EXPECT_TRUE(desktop::isInterpreter(name)) << name;
-    for (const char* name : {"player", "shotwell", "3", "", "nodeeditor"})
+    for (const char* name : {"player", "shotwell", "3", "", "nodeeditor", "winecfg"})
         EXPECT_FALSE(desktop::isInterpreter(name)) << name;
 }
 

@@ -229,6 +229,36 @@ TEST_F(LinuxWorkspaceTest, KnowsAnElectronProgramByItsArchive) {
     EXPECT_EQ(idOf(102), "(none)");
 }
 
+TEST_F(LinuxWorkspaceTest, KnowsWindowsProgramsApart) {
+    desktop_.install("chess", "Chess", R"(env WINEPREFIX="/home/a/.wine" wine C:\\\\chess.exe)");
+    desktop_.install("radio", "Radio", R"(env WINEPREFIX="/home/a/.wine" wine C:\\\\radio.exe)");
+    desktop_.install("tuner", "Tuner", R"(wine C:\\\\start.exe /Unix /home/a/tuner.lnk)",
+                     "StartupWMClass=tuner.exe");
+    const std::string loader = "/usr/lib/wine/wine64-preloader";
+    proc_.run({.pid = 100, .executable = loader, .commandName = "C:\\radio.exe"});
+    proc_.run({.pid = 101, .executable = loader, .commandName = "C:\\windows\\services.exe"});
+    proc_.run({.pid = 102, .executable = loader, .commandName = "D:\\Tuner\\Tuner.exe"});
+    proc_.run({.pid = 103, .executable = "/usr/bin/wine"});
+    EXPECT_EQ(idOf(100), "radio");
+    EXPECT_EQ(idOf(101), "(none)");
+    EXPECT_EQ(idOf(102), "tuner");
+    EXPECT_EQ(idOf(103), "(none)");
+}
+
+TEST_F(LinuxWorkspaceTest, TakesNoneOfSeveralEntriesThatTellOneProgramDifferentThings) {
+    desktop_.install("game-a", "Game A", "/opt/engine/engine --game=a");
+    desktop_.install("game-b", "Game B", "/opt/engine/engine --game=b");
+    desktop_.install("game-hidden", "Game", "/opt/engine/engine --open %U", "NoDisplay=true");
+    proc_.run({.pid = 100, .executable = "/opt/engine/engine"});
+    proc_.run({.pid = 101, .executable = "/usr/lib/engine/engine"});
+    proc_.run({.pid = 102, .executable = "/opt/engine/engine", .unit = "app-game\\x2db-1.scope"});
+    EXPECT_EQ(idOf(100), "(none)");
+    EXPECT_EQ(idOf(101), "(none)");
+    EXPECT_EQ(idOf(102), "game-b");
+    desktop_.install("engine", "Engine", "/opt/engine/engine %U");
+    EXPECT_EQ(idOf(100), "engine");
+}
+
 TEST_F(LinuxWorkspaceTest, KnowsAProgramByItsWindowClass) {
     desktop_.install("org.example.Player", "Player", "start-it", "StartupWMClass=Plyr");
     proc_.run({.pid = 100, .executable = "/opt/x/plyr"});
