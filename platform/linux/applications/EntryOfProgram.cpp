@@ -33,21 +33,6 @@ DesktopEntryRef entryOfScope(const EntryIndex& index, const Process& process) {
     return nullptr;
 }
 
-DesktopEntryRef entryOfFile(const EntryIndex& index, const Process& process) {
-    for (const std::string& program : {process.script, process.executable})
-        if (auto entry = index.withProgram(program))
-            return entry;
-    return nullptr;
-}
-
-DesktopEntryRef entryOfSimilarFile(const EntryIndex& index, const Process& process) {
-    for (const std::string& program : {process.script, process.executable})
-        if (!program.empty())
-            if (auto entry = index.withProgramLike(program))
-                return entry;
-    return nullptr;
-}
-
 bool isOpenedFrom(const EntryIndex& index, const Process& process, const DesktopEntry& opener,
                   const DesktopEntryRef& ownEntry) {
     return ownEntry && ownEntry->isShown && ownEntry->id != opener.id &&
@@ -55,11 +40,12 @@ bool isOpenedFrom(const EntryIndex& index, const Process& process, const Desktop
 }
 
 DesktopEntryRef entryOfProcess(const EntryIndex& index, const Process& process) {
-    DesktopEntryRef ofFile = entryOfFile(index, process);
+    // Of an interpreter its script only: the interpreter's own entry says nothing of what it runs.
+    DesktopEntryRef ofFile = index.withProgram(process.program());
     DesktopEntryRef ofScope = entryOfScope(index, process);
     if (ofScope && !isOpenedFrom(index, process, *ofScope, ofFile))
         return ofScope;
-    return ofFile ? ofFile : entryOfSimilarFile(index, process);
+    return ofFile ? ofFile : index.withProgramLike(process.program());
 }
 
 DesktopEntryRef entryOfWindowClass(const EntryIndex& index, std::string_view fileName) {

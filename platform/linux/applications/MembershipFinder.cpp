@@ -34,6 +34,20 @@ bool isPartOf(const Process& process, const Process& ancestor, const DesktopEntr
            !entry.startsOthers;
 }
 
+/// The process above that runs a script on the interpreter which `process` runs without one: that
+/// is a helper, whatever the interpreter's own entry says. Null for all others.
+const Process* scriptAbove(const Process& process, const RunningProcesses& processes) {
+    const Process* above = &process;
+    for (int steps = 0; steps < kMostAncestors && above->script.empty(); ++steps) {
+        const Process* const parent = processes.find(above->parent);
+        if (parent == nullptr || process.executable.empty() ||
+            parent->executable != process.executable)
+            return nullptr;
+        above = parent;
+    }
+    return above == &process || above->script.empty() ? nullptr : above;
+}
+
 Membership memberOf(std::int32_t pid, const DesktopEntryRef& entry, bool isClient) {
     Membership member;
     member.pid = pid;
@@ -148,6 +162,8 @@ void MembershipFinder::learnEntries(const EntryIndex& index, const RunningProces
 
 DesktopEntryRef MembershipFinder::entryOf(const Process& process,
                                           const RunningProcesses& processes) const {
+    if (const Process* const main = scriptAbove(process, processes))
+        return entryOf(*main, processes);
     const auto found = known_.find(process.pid);
     if (found != known_.end() && found->second.entry)
         return found->second.entry;

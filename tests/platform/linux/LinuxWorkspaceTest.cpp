@@ -229,6 +229,25 @@ TEST_F(LinuxWorkspaceTest, KnowsAnElectronProgramByItsArchive) {
     EXPECT_EQ(idOf(102), "(none)");
 }
 
+TEST_F(LinuxWorkspaceTest, KnowsAnElectronProgramBesideElectronsOwnEntry) {
+    const std::string electron = "/usr/lib/electron28/electron";
+    desktop_.install("electron28", "Electron 28", electron + " %u");
+    desktop_.install("chat", "Chat", "/usr/bin/chat");
+    proc_.run(
+        {.pid = 100, .executable = electron, .arguments = {"/usr/lib/chat/resources/app.asar"}});
+    proc_.run({.pid = 101, .parent = 100, .executable = electron, .arguments = {"--type=zygote"}});
+    proc_.run({.pid = 102, .parent = 101, .executable = electron, .arguments = {"--type=utility"}});
+    proc_.run({.pid = 103, .executable = electron, .arguments = {"/home/anna/own.asar"}});
+    proc_.run({.pid = 104, .parent = 103, .executable = electron, .arguments = {"--type=utility"}});
+    proc_.run({.pid = 105, .executable = electron});
+    EXPECT_EQ(idOf(100), "chat");
+    EXPECT_EQ(idOf(101), "chat");
+    EXPECT_EQ(idOf(102), "chat");
+    EXPECT_EQ(idOf(103), "(none)");
+    EXPECT_EQ(idOf(104), "(none)");
+    EXPECT_EQ(idOf(105), "electron28");
+}
+
 TEST_F(LinuxWorkspaceTest, KnowsWindowsProgramsApart) {
     desktop_.install("chess", "Chess", R"(env WINEPREFIX="/home/a/.wine" wine C:\\\\chess.exe)");
     desktop_.install("radio", "Radio", R"(env WINEPREFIX="/home/a/.wine" wine C:\\\\radio.exe)");
