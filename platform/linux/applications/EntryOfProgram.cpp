@@ -48,6 +48,12 @@ DesktopEntryRef entryOfProcess(const EntryIndex& index, const Process& process) 
     return ofFile ? ofFile : index.withProgramLike(process.program());
 }
 
+/// Anybody may call a file of their own like an application.
+bool hasTellingName(const EntryIndex& index, const Process& process) {
+    const std::string& program = process.program();
+    return program.empty() || isWindowsPath(program) || index.isInstalled(program);
+}
+
 DesktopEntryRef entryOfWindowClass(const EntryIndex& index, std::string_view fileName) {
     if (fileName.empty() || isInterpreter(fileName))
         return nullptr;
@@ -67,6 +73,8 @@ DesktopEntryRef entryOfProgram(const EntryIndex& index, const Process* process,
     if (process != nullptr) {
         if (auto entry = entryOfProcess(index, *process))
             return entry;
+        if (!hasTellingName(index, *process))
+            return nullptr;
         if (auto entry = entryOfWindowClass(index, fileNameOf(process->program())))
             return entry;
     }

@@ -15,8 +15,8 @@ namespace orvanta::desktop {
 ///  3. the control group that the session started it in, unless the process runs the very file of
 ///     another application: a file manager's group holds the player that was opened from it;
 ///  4. its executable, or the script of an interpreter: the very file of an entry, then one in its
-///     folder or of its name, since an entry often names a start script;
-///  5. a window class of the executable's name.
+///     folder or, if it is installed, of its name, since an entry often names a start script;
+///  5. a window class of the installed program's name.
 /// The group of a terminal or a file manager names nobody: whatever is started there lives in it.
 [[nodiscard]] DesktopEntryRef entryOfProgram(const EntryIndex& index, const Process* process,
                                              const AudioClient* client);

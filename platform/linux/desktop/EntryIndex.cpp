@@ -38,6 +38,8 @@ DesktopEntryRef found(const Map& map, const Key& key) {
 
 EntryIndex::EntryIndex(const DesktopEntries& entries,
                        const std::vector<std::filesystem::path>& executableFolders) {
+    for (const std::filesystem::path& folder : executableFolders)
+        executableFolders_.insert(locatedProgram(folder.string(), {}));
     // By path, or else by the name that no folder has a file of.
     std::map<std::string, EntryPrograms> programs;
     for (const auto& [id, entry] : entries.all()) {
@@ -117,10 +119,21 @@ DesktopEntryRef EntryIndex::withProgram(const std::string& path) const {
 DesktopEntryRef EntryIndex::withProgramLike(const std::string& path) const {
     if (DesktopEntryRef neighbour = found(byProgramFolder_, folderOf(path)))
         return neighbour;
+    if (!isInstalled(path))
+        return nullptr;
     for (const std::string& name : namesOf(path))
         if (DesktopEntryRef namesake = found(byProgramName_, asciiLowerCase(name)))
             return namesake;
     return nullptr;
+}
+
+bool EntryIndex::isInstalled(const std::string& path) const {
+    if (isInstalledByPackage(path) || executableFolders_.contains(folderOf(path)))
+        return true;
+    for (std::string folder = folderOf(path); !folder.empty(); folder = folderOf(folder))
+        if (byProgramFolder_.contains(folder))
+            return true;
+    return false;
 }
 
 DesktopEntryRef EntryIndex::withWindowClass(std::string_view name) const {

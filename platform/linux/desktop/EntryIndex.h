@@ -3,6 +3,7 @@
 #include "platform/linux/desktop/DesktopEntries.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,8 +35,13 @@ public:
     [[nodiscard]] DesktopEntryRef withProgram(const std::string& path) const;
 
     /// The entry whose program lies in this program's folder, where that is a folder of its own,
-    /// or is called like this program or its folder: what a start script at another place runs.
+    /// or is called like this program or its folder: what a start script at another place runs. A
+    /// name counts for installed programs only.
     [[nodiscard]] DesktopEntryRef withProgramLike(const std::string& path) const;
+
+    /// Whether a program's name says what it is: it lies where packages or the user install
+    /// programs, or in or below a folder that is an entry's own.
+    [[nodiscard]] bool isInstalled(const std::string& path) const;
 
     [[nodiscard]] DesktopEntryRef withWindowClass(std::string_view name) const;
 
@@ -58,6 +64,7 @@ private:
     [[nodiscard]] static bool standsForProgram(const EntryProgram& best,
                                                const EntryPrograms& entries);
 
+    std::set<std::string> executableFolders_;
     Map byID_;
     Map byLowerID_;
     Map byFlatpakID_;

@@ -15,9 +15,31 @@ namespace fs = std::filesystem;
 namespace {
 
 /// Folders that hold programs of many packages, or a part of any package.
-constexpr std::array kSharedFolders = std::to_array<std::string_view>(
-    {"bin", "sbin", "games", "lib", "lib32", "lib64", "libexec", "share", "usr", "opt", "local",
-     "home", "tmp", "resources", "dist", "src", "app", "x86_64-linux-gnu", "aarch64-linux-gnu"});
+constexpr std::array kSharedFolders = std::to_array<std::string_view>({"bin",
+                                                                       "sbin",
+                                                                       "games",
+                                                                       "lib",
+                                                                       "lib32",
+                                                                       "lib64",
+                                                                       "libexec",
+                                                                       "share",
+                                                                       "usr",
+                                                                       "opt",
+                                                                       "local",
+                                                                       "home",
+                                                                       "tmp",
+                                                                       "resources",
+                                                                       "dist",
+                                                                       "src",
+                                                                       "app",
+                                                                       "snap",
+                                                                       "files",
+                                                                       "x86_64-linux-gnu",
+                                                                       "aarch64-linux-gnu"});
+
+constexpr std::array kPackageFolders = std::to_array<std::string_view>(
+    {"/usr/", "/opt/", "/bin/", "/sbin/", "/app/", "/snap/", "/var/lib/flatpak/", "/var/lib/snapd/",
+     "/nix/store/", "/gnu/store/"});
 
 constexpr std::array kEndings = std::to_array<std::string_view>(
     {".py", ".pyz", ".sh", ".pl", ".rb", ".js", ".mjs", ".lua", ".jar", ".asar", ".bin", "-bin",
@@ -31,11 +53,6 @@ bool isShared(std::string_view folderName) {
 std::string_view folderPart(std::string_view path) {
     const auto slash = path.rfind('/');
     return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
-}
-
-/// A folder in somebody's home says nothing: it may be called like any program.
-bool isInstalledByPackage(std::string_view path) {
-    return path.starts_with("/usr/") || path.starts_with("/opt/");
 }
 
 std::string_view withoutEnding(std::string_view name) {
@@ -52,6 +69,11 @@ std::string canonicalOrSame(const fs::path& path) {
 }
 
 } // namespace
+
+bool isInstalledByPackage(std::string_view path) {
+    return std::any_of(kPackageFolders.begin(), kPackageFolders.end(),
+                       [path](std::string_view folder) { return path.starts_with(folder); });
+}
 
 std::string folderOf(const std::string& program) {
     return std::string(folderPart(program));

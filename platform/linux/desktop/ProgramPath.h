@@ -2,9 +2,14 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvanta::desktop {
+
+/// Whether a program lies where packages put theirs. Elsewhere, in a home say, files are called as
+/// anybody likes.
+[[nodiscard]] bool isInstalledByPackage(std::string_view path);
 
 /// Empty for a program that is named without one.
 [[nodiscard]] std::string folderOf(const std::string& program);

@@ -288,6 +288,29 @@ TEST_F(LinuxWorkspaceTest, KnowsAProgramByItsWindowClass) {
     EXPECT_EQ(idOf(101), "org.example.Player");
 }
 
+TEST_F(LinuxWorkspaceTest, DoesNotTakeAnybodysFileForAnApplicationOfItsName) {
+    desktop_.install("code", "Code", "/usr/share/code/code", "StartupWMClass=Code");
+    desktop_.install("tool", "Tool", "/home/anna/tool/tool");
+    const std::string python = "/usr/bin/python3.11";
+    proc_.run({.pid = 100, .executable = python, .arguments = {"code.py"}});
+    proc_.run({.pid = 101, .executable = python, .arguments = {"/home/anna/code.py"}});
+    proc_.run({.pid = 102, .executable = "/home/anna/src/x/code"});
+    for (const std::int32_t pid : {100, 101, 102}) {
+        EXPECT_EQ(idOf(pid), "(none)") << pid;
+        desktop_.clients.play({.pid = pid, .name = "x", .binary = pid == 102 ? "code" : "python3"});
+        EXPECT_EQ(idOf(pid), "(no id)") << pid;
+    }
+    proc_.run({.pid = 110, .executable = "/usr/lib/x/code"});
+    proc_.run({.pid = 111, .executable = "/snap/x/12/code"});
+    proc_.run({.pid = 112, .executable = desktop_.folders.executableFolders[0] / "code"});
+    for (const std::int32_t pid : {110, 111, 112})
+        EXPECT_EQ(idOf(pid), "code") << pid;
+    proc_.run({.pid = 120, .executable = "/home/anna/tool/lib/tool-bin"});
+    proc_.run({.pid = 121, .executable = "/home/anna/lib/tool-bin"});
+    EXPECT_EQ(idOf(120), "tool");
+    EXPECT_EQ(idOf(121), "(none)");
+}
+
 // The process tree.
 
 TEST_F(LinuxWorkspaceTest, CountsHelpersToTheirApplication) {
@@ -309,7 +332,7 @@ TEST_F(LinuxWorkspaceTest, CountsHelpersToTheirApplication) {
 TEST_F(LinuxWorkspaceTest, CountsHelpersOfOtherSessionsWhenTheyShareFileOrFolder) {
     desktop_.install("browser", "Browser", "browser");
     desktop_.install("other", "Other", "other");
-    const std::string folder = "/srv/browser/";
+    const std::string folder = "/opt/browser/";
     proc_.run({.pid = 100, .session = 50, .executable = folder + "browser"});
     proc_.run({.pid = 101, .parent = 100, .session = 51, .executable = folder + "browser"});
     proc_.run({.pid = 102, .parent = 100, .session = 52, .executable = folder + "audio"});
