@@ -28,8 +28,10 @@ DesktopEntryRef entryOfApplicationID(const EntryIndex& index, std::string_view i
 
 DesktopEntryRef entryOfScope(const EntryIndex& index, const Process& process) {
     for (const std::string& id : process.scope.applicationIDs)
-        if (auto entry = index.withID(id))
-            return entry->startsOthers ? nullptr : entry;
+        if (auto entry = index.withID(id)) {
+            const bool mayHoldOthers = entry->startsOthers || !entry->isShown;
+            return mayHoldOthers && !index.runs(*entry, process.program()) ? nullptr : entry;
+        }
     return nullptr;
 }
 

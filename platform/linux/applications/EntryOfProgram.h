@@ -17,7 +17,8 @@ namespace orvanta::desktop {
 ///  4. its executable, or the script of an interpreter: the very file of an entry, then one in its
 ///     folder or, if it is installed, of its name, since an entry often names a start script;
 ///  5. a window class of the installed program's name.
-/// The group of a terminal or a file manager names nobody: whatever is started there lives in it.
+/// The group of a terminal, a file manager or an entry that menus do not show names their own file
+/// only: whatever is started there lives in it.
 [[nodiscard]] DesktopEntryRef entryOfProgram(const EntryIndex& index, const Process* process,
                                              const AudioClient* client);
 

@@ -376,6 +376,24 @@ TEST_F(LinuxWorkspaceTest, DoesNotCountToTheDesktopWhatItStarts) {
     }
 }
 
+TEST_F(LinuxWorkspaceTest, PassesOverTheControlGroupOfWhatMenusDoNotShow) {
+    desktop_.install("shell", "Shell", "/usr/bin/shell", "NoDisplay=true");
+    const std::string unit = "app-shell-1.scope";
+    proc_.run({.pid = 100, .session = 50, .executable = "/usr/bin/shell", .unit = unit});
+    proc_.run(
+        {.pid = 101, .parent = 100, .session = 50, .executable = "/usr/bin/ffplay", .unit = unit});
+    desktop_.clients.play({.pid = 101, .name = "ffplay"});
+    EXPECT_EQ(idOf(100), "shell");
+    EXPECT_EQ(nameOf(101), "ffplay");
+}
+
+TEST_F(LinuxWorkspaceTest, BelievesTheControlGroupOfAHiddenEntryWhoseFileTheProcessRuns) {
+    desktop_.install("agent", "Agent", "/usr/bin/agent", "NoDisplay=true");
+    desktop_.install("agent-mail", "Mail Agent", "/usr/bin/agent --mail", "NoDisplay=true");
+    proc_.run({.pid = 100, .executable = "/usr/bin/agent", .unit = "app-agent\\x2dmail-1.scope"});
+    EXPECT_EQ(idOf(100), "agent-mail");
+}
+
 TEST_F(LinuxWorkspaceTest, AsksTheNearestApplicationAboveOnly) {
     desktop_.install("launcher", "Launcher", "/usr/bin/launcher");
     desktop_.install("terminal", "Terminal", "/usr/bin/terminal", "Categories=TerminalEmulator;");
