@@ -60,13 +60,27 @@ void addIDs(std::vector<std::string>& ids, std::string_view text) {
     }
 }
 
-/// snap.<name>.<app>.<random>.scope, or without the random part of a service.
+/// Cuts "-0f47e9f4-3d0b-4b1f-9a53-1d5e0c3ba9d7" off: a dash and a UUID.
+std::string_view withoutUUID(std::string_view text) {
+    constexpr std::string_view kShape = "-xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+    if (text.size() <= kShape.size())
+        return text;
+    const std::string_view tail = text.substr(text.size() - kShape.size());
+    const bool isOne =
+        std::equal(tail.begin(), tail.end(), kShape.begin(), [](char letter, char shape) {
+            return shape == '-' ? letter == '-' : hexDigit(letter).has_value();
+        });
+    return isOne ? text.substr(0, text.size() - kShape.size()) : text;
+}
+
+/// snap.<name>.<app>-<UUID>.scope, with a point for the dash in former times, or without the random
+/// part of a service.
 void readSnap(ProcessScope& scope, std::string_view unit) {
     const auto parts = listItems(unit, '.');
     if (parts.size() < 2)
         return;
     scope.snapName = unitUnescaped(parts[0]);
-    scope.snapApp = unitUnescaped(parts[1]);
+    scope.snapApp = unitUnescaped(withoutUUID(parts[1]));
 }
 
 /// app-<launcher>-<id>-<random>.scope, app-<launcher>-<id>@<random>.service; launcher and random

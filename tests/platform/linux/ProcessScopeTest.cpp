@@ -45,6 +45,17 @@ TEST(ProcessScope, NamesSandboxes) {
     EXPECT_EQ(snap.snapApp, "gui");
 }
 
+TEST(ProcessScope, NamesASnapsProgramBeforeADashAndRandomID) {
+    for (const char* unit : {"snap.player.my-gui-0f47e9f4-3d0b-4b1f-9a53-1d5e0c3ba9d7.scope",
+                             "snap.player.my-gui.0f47e9f4-3d0b-4b1f-9a53-1d5e0c3ba9d7.scope",
+                             "snap.player.my-gui.scope", "snap.player.my-gui.service"}) {
+        EXPECT_EQ(inUnit(unit).snapName, "player") << unit;
+        EXPECT_EQ(inUnit(unit).snapApp, "my-gui") << unit;
+    }
+    // Too short for one.
+    EXPECT_EQ(inUnit("snap.player.gui-3d0b-4b1f-9a53.scope").snapApp, "gui-3d0b-4b1f-9a53");
+}
+
 TEST(ProcessScope, IsTheInnermostThatNamesOne) {
     EXPECT_THAT(
         parseProcessScope("0::/a/app-x-1.scope/app-y-2.scope/tab(1).scope\n").applicationIDs,
