@@ -2,7 +2,6 @@
 
 #include "platform/linux/icons/ThemeIcon.h"
 
-#include <set>
 #include <utility>
 
 namespace orvanta {
@@ -36,8 +35,11 @@ std::vector<RunningApplication> LinuxWorkspace::runningApplications() const {
 std::optional<RunningApplication> LinuxWorkspace::runningApplication(std::int32_t pid) const {
     const std::scoped_lock guard(mutex_);
     refreshApplications();
-    if (hasNewsOf(pid))
+    if (hasNewsOf(pid)) {
         lookAtApplications();
+        if (processes_.find(pid) == nullptr)
+            unreadable_.insert(pid);
+    }
     const auto place = placeOfPID_.find(pid);
     if (place == placeOfPID_.end())
         return std::nullopt;
@@ -74,8 +76,10 @@ void LinuxWorkspace::refreshEntries() const {
 }
 
 void LinuxWorkspace::refreshApplications() const {
-    if (!looked_ || now_() - *looked_ >= kLookHolds)
-        lookAtApplications();
+    if (looked_ && now_() - *looked_ < kLookHolds)
+        return;
+    unreadable_.clear();
+    lookAtApplications();
 }
 
 void LinuxWorkspace::lookAtApplications() const {
@@ -108,7 +112,7 @@ bool LinuxWorkspace::hasNewsOf(std::int32_t pid) const {
         return before == clients_.end() || !tellsTheSame(*client, before->second);
     if (before != clients_.end())
         return true;
-    return processes_.find(pid) == nullptr && processes_.exists(pid);
+    return processes_.find(pid) == nullptr && !unreadable_.contains(pid) && processes_.exists(pid);
 }
 
 IconRef LinuxWorkspace::iconNamed(const std::string& icon) const {

@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <set>
 
 namespace orvanta {
 
@@ -26,8 +27,8 @@ namespace orvanta {
 ///
 /// All of it is looked up at once, at most five times a second: the answers of one pass over the
 /// applications fit each other. A question about a process that has come, or has told the server
-/// something else, since the last look brings a new one. Safe from all threads; asks the audio
-/// clients with its own lock held.
+/// something else, since the last look brings a new one; one that cannot be read does so once. Safe
+/// from all threads; asks the audio clients with its own lock held.
 class LinuxWorkspace final : public Workspace {
 public:
     using Now = std::function<std::chrono::steady_clock::time_point()>;
@@ -68,6 +69,9 @@ private:
     mutable std::optional<Instant> entriesRead_;
     mutable desktop::RunningProcesses processes_;
     mutable desktop::MembershipFinder finder_;
+    /// Ids that were asked for, are there and cannot be read: hidden processes, threads. They bring
+    /// no look of their own until the next one is due.
+    mutable std::set<std::int32_t> unreadable_;
     mutable std::map<std::int32_t, AudioClient> clients_;
     mutable std::vector<RunningApplication> applications_;
     mutable std::map<std::int32_t, std::size_t> placeOfPID_;

@@ -15,6 +15,24 @@ namespace {
 
 using ::testing::ElementsAre;
 
+/// Nobody plays; every look asks once who does.
+class LookCounter final : public AudioClients {
+public:
+    [[nodiscard]] int looks() const { return looks_; }
+
+    [[nodiscard]] std::vector<AudioClient> audioClients() const override {
+        ++looks_;
+        return {};
+    }
+
+    [[nodiscard]] std::optional<AudioClient> audioClient(std::int32_t /*pid*/) const override {
+        return std::nullopt;
+    }
+
+private:
+    mutable int looks_ = 0;
+};
+
 class LinuxWorkspaceTest : public ::testing::Test {
 protected:
     [[nodiscard]] std::string idOf(std::int32_t pid) {
@@ -581,6 +599,24 @@ TEST_F(LinuxWorkspaceTest, LooksAgainForAProcessThatHasComeSince) {
     EXPECT_FALSE(desktop_.workspace.runningApplication(100));
     proc_.run({.pid = 100, .executable = "/usr/bin/player"});
     EXPECT_TRUE(desktop_.workspace.runningApplication(100));
+}
+
+TEST_F(LinuxWorkspaceTest, LooksOnceForAProcessThatCannotBeRead) {
+    const LookCounter counter;
+    const LinuxWorkspace workspace(desktop_.folders, &counter, proc_.root(),
+                                   [this] { return desktop_.now; });
+    std::filesystem::create_directories(proc_.root() / "100"); // and nothing in it
+    for (int question = 0; question < 10; ++question)
+        EXPECT_FALSE(workspace.runningApplication(100));
+    EXPECT_EQ(counter.looks(), 2); // the first of all, and one for this process
+    desktop_.nextPass();
+    for (int question = 0; question < 10; ++question)
+        EXPECT_FALSE(workspace.runningApplication(100));
+    EXPECT_EQ(counter.looks(), 4);
+    desktop_.install("player", "Player", "/usr/bin/player");
+    proc_.run({.pid = 100, .executable = "/usr/bin/player"});
+    desktop_.nextPass();
+    EXPECT_TRUE(workspace.runningApplication(100));
 }
 
 TEST_F(LinuxWorkspaceTest, LooksAgainForAClientThatHasComeOrChangedSince) {
