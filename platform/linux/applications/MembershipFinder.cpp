@@ -4,6 +4,7 @@
 #include "platform/linux/desktop/CommandLine.h"
 #include "platform/linux/desktop/KeyFile.h"
 #include "platform/linux/desktop/ProgramPath.h"
+#include "platform/linux/icons/IconTheme.h"
 
 #include <algorithm>
 #include <optional>
@@ -74,7 +75,9 @@ std::optional<Membership> memberOnItsOwn(std::int32_t pid, const AudioClient& cl
             member.name = name;
     if (member.name.empty())
         return std::nullopt;
-    member.icon = client.iconName;
+    // Not a path: any program might have us draw any file.
+    if (isPlainName(client.iconName))
+        member.icon = client.iconName;
     for (const std::string& label : {program, client.binary, shortName, member.name})
         if (member.longLabel.empty() && isDisplayText(label))
             member.longLabel = label;

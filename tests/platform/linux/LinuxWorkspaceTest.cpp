@@ -449,6 +449,17 @@ TEST_F(LinuxWorkspaceTest, ListsAPlayerWithoutAnEntryUnderTheNameItGives) {
     EXPECT_THAT(application->icon->cacheKey(), ::testing::HasSubstr("audio-player"));
 }
 
+TEST_F(LinuxWorkspaceTest, OpensNoFileThatAClientNamesAsItsIcon) {
+    const auto picture = desktop_.directory.path() / "private.png";
+    ScriptedProc::write(picture, "picture");
+    for (const std::string& icon :
+         {picture.string(), std::string("../private"), std::string("..")}) {
+        desktop_.clients.play({.pid = 100, .name = "x", .iconName = icon});
+        desktop_.nextPass();
+        EXPECT_FALSE(desktop_.workspace.runningApplication(100)->icon) << icon;
+    }
+}
+
 TEST_F(LinuxWorkspaceTest, TakesTheFirstNameThatCanBeShown) {
     proc_.run({.pid = 100, .executable = "/usr/bin/ffplay", .name = "short"});
     desktop_.clients.play({.pid = 100, .name = "\xFF", .binary = "binary"});
