@@ -93,7 +93,7 @@ void LinuxWorkspace::lookAtApplications() const {
         clients_.emplace(client.pid, client);
         playing.insert(client.pid);
     }
-    processes_.refresh(playing);
+    processes_.refresh(now_(), playing);
     applications_.clear();
     placeOfPID_.clear();
     for (desktop::Membership& member : finder_.find(index_, processes_, clients)) {

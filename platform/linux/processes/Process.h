@@ -2,12 +2,14 @@
 
 #include "platform/linux/processes/ProcessScope.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
 namespace orvanta::desktop {
 
-/// The folder of a process in the proc file system. It is the same as long as the process is.
+/// The folder of a process in the proc file system. Another one is another process, or the kernel
+/// has made it anew, as it does when memory is short: that costs a reading and no more.
 struct ProcessFolder {
     std::uint64_t inode = 0;
     std::int64_t changedSeconds = 0;
@@ -30,8 +32,10 @@ struct Process {
     std::string flatpakID;
     std::int32_t innermostPID = 0; ///< how a Flatpak program's process knows itself; else 0
     ProcessFolder folder;
-    /// How often the fields from `script` on were read.
-    int timesRead = 0;
+    /// When the fields from `script` on were read first, and whether they were read again since, so
+    /// late that the session has put the process where it belongs.
+    std::chrono::steady_clock::time_point firstRead;
+    bool isSettled = false;
     /// Differs from that of every earlier state of any process.
     std::uint64_t revision = 0;
 

@@ -33,8 +33,8 @@ constexpr std::string_view kDeletedMark = " (deleted)";
 /// The parent of the kernel's own threads, which have no executable and play nothing.
 constexpr std::int32_t kKernelThreads = 2;
 
-/// Once when a process is new, and once more in case it was moved to a group of its own just after.
-constexpr int kReadings = 2;
+/// Sessions move what they have started into a group of its own sooner.
+constexpr std::chrono::seconds kSettling{1};
 
 /// Looks from one reading of a process that does not play to the next.
 constexpr std::int32_t kTurns = 8;
@@ -153,8 +153,12 @@ std::int32_t innermostPID(int procFolder, const Process& process) {
     return 0;
 }
 
+bool isKernelThread(const Process& process) {
+    return process.executable.empty() && process.parent == kKernelThreads;
+}
+
 void readDetails(int procFolder, Process& process) {
-    if (process.executable.empty() && process.parent == kKernelThreads)
+    if (isKernelThread(process))
         return;
     process.script = scriptOfProcess(procFolder, process);
     process.scope = parseProcessScope(textOf(procFolder, process, "cgroup"));
@@ -165,13 +169,22 @@ void readDetails(int procFolder, Process& process) {
         process.innermostPID = innermostPID(procFolder, process);
 }
 
-/// All that does not change without a new executable.
+/// Whether a process is in another control group than when its details were read.
+bool hasMoved(int procFolder, const Process& process) {
+    if (isKernelThread(process))
+        return false;
+    const auto text = readFileStart(procFolder, fileOf(process, "cgroup"), kMostOfAFile);
+    return text && parseProcessScope(*text) != process.scope;
+}
+
+/// All that does not change without a new executable or a move.
 void copyDetails(const Process& from, Process& to) {
     to.script = from.script;
     to.scope = from.scope;
     to.flatpakID = from.flatpakID;
     to.innermostPID = from.innermostPID;
-    to.timesRead = from.timesRead;
+    to.firstRead = from.firstRead;
+    to.isSettled = from.isSettled;
     to.revision = from.revision;
 }
 
@@ -184,7 +197,7 @@ bool hasSameDetails(const Process& a, const Process& b) {
 
 RunningProcesses::RunningProcesses(std::filesystem::path root) : root_(std::move(root)) {}
 
-void RunningProcesses::refresh(const std::set<std::int32_t>& playing) {
+void RunningProcesses::refresh(Instant now, const std::set<std::int32_t>& playing) {
     ++looks_;
     std::map<std::int32_t, Process> seen;
     const ProcFolder proc(root_);
@@ -196,31 +209,36 @@ void RunningProcesses::refresh(const std::set<std::int32_t>& playing) {
         if (known != processes_.end() && !playing.contains(*pid) &&
             !needsReading(known->second, *folder)) {
             seen.insert(seen.end(), processes_.extract(known));
-        } else if (auto now = identityOf(proc.descriptor(), *pid)) {
-            now->folder = *folder;
-            seen.insert_or_assign(*pid, read(proc.descriptor(), *std::move(now)));
+        } else if (auto process = identityOf(proc.descriptor(), *pid)) {
+            process->folder = *folder;
+            seen.insert_or_assign(*pid, read(proc.descriptor(), *std::move(process), now));
         }
     }
     processes_ = std::move(seen);
 }
 
 bool RunningProcesses::needsReading(const Process& known, const ProcessFolder& folder) const {
-    const bool isItsTurn = known.pid % kTurns == looks_ % kTurns;
-    return isItsTurn || known.timesRead < kReadings || known.folder != folder;
+    return isItsTurn(known.pid) || !known.isSettled || known.folder != folder;
 }
 
-Process RunningProcesses::read(int procFolder, Process now) {
-    const auto known = processes_.find(now.pid);
-    const bool isKnown = known != processes_.end() && isSameProgram(known->second, now);
-    if (isKnown && known->second.timesRead >= kReadings) {
-        copyDetails(known->second, now);
-        return now;
+bool RunningProcesses::isItsTurn(std::int32_t pid) const {
+    return pid % kTurns == looks_ % kTurns;
+}
+
+Process RunningProcesses::read(int procFolder, Process process, Instant now) {
+    const auto found = processes_.find(process.pid);
+    const bool isKnown = found != processes_.end() && isSameProgram(found->second, process);
+    const Process* const known = isKnown ? &found->second : nullptr;
+    if (isKnown && known->isSettled && !(isItsTurn(process.pid) && hasMoved(procFolder, *known))) {
+        copyDetails(*known, process);
+        return process;
     }
-    readDetails(procFolder, now);
-    now.timesRead = isKnown ? known->second.timesRead + 1 : 1;
-    const bool isUnchanged = isKnown && hasSameDetails(known->second, now);
-    now.revision = isUnchanged ? known->second.revision : ++lastRevision_;
-    return now;
+    readDetails(procFolder, process);
+    process.firstRead = isKnown ? known->firstRead : now;
+    process.isSettled = now - process.firstRead >= kSettling;
+    const bool isUnchanged = isKnown && hasSameDetails(*known, process);
+    process.revision = isUnchanged ? known->revision : ++lastRevision_;
+    return process;
 }
 
 const Process* RunningProcesses::find(std::int32_t pid) const {

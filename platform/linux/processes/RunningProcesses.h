@@ -2,6 +2,7 @@
 
 #include "platform/linux/processes/Process.h"
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -13,11 +14,14 @@ class RunningProcesses {
 public:
     explicit RunningProcesses(std::filesystem::path root);
 
+    using Instant = std::chrono::steady_clock::time_point;
+
     /// Looks at all of them again, at `playing` most closely: what these run is read every time.
-    /// Of the others, new ones are read twice, since a session manager moves what it has just
-    /// started into a control group of its own; later on they are read every eighth time. In
-    /// between a glance tells that they are still there, which costs a tenth.
-    void refresh(const std::set<std::int32_t>& playing = {});
+    /// New ones are read in full until they have been there for a second, since a session manager
+    /// moves what it has just started into a control group of its own. Every eighth time they are
+    /// all read, and in full if they have moved all the same. In between a glance tells that they
+    /// are still there, which costs a tenth.
+    void refresh(Instant now, const std::set<std::int32_t>& playing = {});
 
     /// By id, as of the last look.
     [[nodiscard]] const std::map<std::int32_t, Process>& all() const { return processes_; }
@@ -35,7 +39,8 @@ public:
 
 private:
     [[nodiscard]] bool needsReading(const Process& known, const ProcessFolder& folder) const;
-    [[nodiscard]] Process read(int procFolder, Process now);
+    [[nodiscard]] bool isItsTurn(std::int32_t pid) const;
+    [[nodiscard]] Process read(int procFolder, Process process, Instant now);
 
     const std::filesystem::path root_;
     std::map<std::int32_t, Process> processes_;

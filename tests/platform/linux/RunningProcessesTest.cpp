@@ -14,10 +14,24 @@ namespace fs = std::filesystem;
 class RunningProcessesTest : public ::testing::Test {
 protected:
     [[nodiscard]] const desktop::Process& looked(std::int32_t pid) {
-        processes_.refresh();
+        processes_.refresh(now_);
         return processes_.all().at(pid);
     }
 
+    /// In place, as the kernel does it: the process's folder stays the same.
+    void moveToGroup(std::int32_t pid, const std::string& unit) const {
+        ScriptedProc::write(directory_.path() / std::to_string(pid) / "cgroup",
+                            "0::/app.slice/" + unit + "\n");
+    }
+
+    /// So that the process is no longer new.
+    void settle() {
+        processes_.refresh(now_);
+        now_ += std::chrono::seconds(1);
+        processes_.refresh(now_);
+    }
+
+    std::chrono::steady_clock::time_point now_;
     TemporaryDirectory directory_;
     ScriptedProc proc_{directory_.path()};
     desktop::RunningProcesses processes_{directory_.path()};
@@ -64,10 +78,10 @@ TEST_F(RunningProcessesTest, ComeAndGo) {
     proc_.run({.pid = 42});
     EXPECT_FALSE(processes_.find(42));
     EXPECT_TRUE(processes_.exists(42));
-    processes_.refresh();
+    processes_.refresh(now_);
     EXPECT_TRUE(processes_.find(42));
     proc_.end(42);
-    processes_.refresh();
+    processes_.refresh(now_);
     EXPECT_FALSE(processes_.find(42));
     EXPECT_FALSE(processes_.exists(42));
 }
@@ -84,40 +98,58 @@ TEST_F(RunningProcessesTest, KeepTheirRevisionUntilTheyRunSomethingElse) {
     EXPECT_NE(looked(42).revision, second);
 }
 
-TEST_F(RunningProcessesTest, AreSeenWhenTheyMoveToTheirControlGroupJustAfterTheStart) {
+TEST_F(RunningProcessesTest, AreSeenWhenTheyMoveToTheirControlGroupWithinASecond) {
     proc_.run({.pid = 42, .executable = "/usr/bin/player", .unit = "launcher.service"});
-    EXPECT_TRUE(looked(42).scope.applicationIDs.empty());
-    proc_.run({.pid = 42, .executable = "/usr/bin/player", .unit = "app-player-1.scope"});
+    // Several looks at once, as questions about other new processes bring them.
+    for (int look = 0; look < 5; ++look)
+        EXPECT_TRUE(looked(42).scope.applicationIDs.empty());
+    moveToGroup(42, "app-player-1.scope");
+    now_ += std::chrono::seconds(1);
     EXPECT_FALSE(looked(42).scope.applicationIDs.empty());
 }
 
-TEST_F(RunningProcessesTest, AreReadInFullNoMoreThanTwice) {
-    proc_.run({.pid = 42, .executable = "/usr/bin/player", .unit = "app-player-1.scope"});
-    processes_.refresh();
-    processes_.refresh();
+TEST_F(RunningProcessesTest, AreSeenSometimeWhenTheyMoveLater) {
+    proc_.run({.pid = 42, .executable = "/usr/bin/player", .unit = "launcher.service"});
+    settle();
+    const auto revision = looked(42).revision;
+    moveToGroup(42, "app-player-1.scope");
+    for (int look = 0; look < 8; ++look)
+        processes_.refresh(now_);
+    EXPECT_FALSE(looked(42).scope.applicationIDs.empty());
+    EXPECT_NE(looked(42).revision, revision);
+}
+
+TEST_F(RunningProcessesTest, AreNotReadInFullOnceTheyHaveSettled) {
+    proc_.run({.pid = 42,
+               .executable = "/usr/bin/python3",
+               .arguments = {"/a.py"},
+               .unit = "app-player-1.scope"});
+    settle();
     fs::remove(directory_.path() / "42/cgroup");
-    for (int look = 0; look < 10; ++look)
+    ScriptedProc::write(directory_.path() / "42/cmdline", "");
+    for (int look = 0; look < 10; ++look) {
         EXPECT_FALSE(looked(42).scope.applicationIDs.empty());
+        EXPECT_EQ(looked(42).script, "/a.py");
+    }
 }
 
 TEST_F(RunningProcessesTest, AreReadAtEveryLookWhileTheyPlay) {
     proc_.run({.pid = 42, .parent = 7});
     for (std::int32_t parent = 8; parent < 20; ++parent) {
         proc_.run({.pid = 42, .parent = parent});
-        processes_.refresh({42});
+        processes_.refresh(now_, {42});
         EXPECT_EQ(processes_.all().at(42).parent, parent);
     }
 }
 
 TEST_F(RunningProcessesTest, AreReadNowAndThenWhileTheyDoNotPlay) {
     proc_.run({.pid = 42, .parent = 7, .executable = "/usr/bin/sh"});
-    processes_.refresh();
-    processes_.refresh();
+    settle();
     // In place, so that the folder stays the same: what happens when a process runs another file.
     ScriptedProc::write(directory_.path() / "42/stat", "42 (player) S 1 42 42");
     constexpr int kLooks = 8;
     for (int look = 0; look < kLooks; ++look)
-        processes_.refresh();
+        processes_.refresh(now_);
     EXPECT_EQ(looked(42).parent, 1);
     EXPECT_EQ(looked(42).name, "player");
 }
@@ -126,7 +158,7 @@ TEST_F(RunningProcessesTest, AreFoundByTheIDInsideTheirFlatpak) {
     proc_.run({.pid = 50, .flatpakID = "org.a.A", .innermostPID = 2});
     proc_.run({.pid = 51, .flatpakID = "org.b.B", .innermostPID = 2});
     proc_.run({.pid = 52, .flatpakID = "org.b.B", .innermostPID = 3});
-    processes_.refresh();
+    processes_.refresh(now_);
     ASSERT_TRUE(processes_.findInFlatpak("org.b.B", 2));
     EXPECT_EQ(processes_.findInFlatpak("org.b.B", 2)->pid, 51);
     EXPECT_FALSE(processes_.findInFlatpak("org.c.C", 2));
@@ -151,13 +183,13 @@ TEST_F(RunningProcessesTest, BearBrokenFiles) {
 
 TEST(RunningProcesses, AreNoneWithoutAProcFolder) {
     desktop::RunningProcesses processes("/nowhere");
-    processes.refresh();
+    processes.refresh({});
     EXPECT_TRUE(processes.all().empty());
 }
 
 TEST(RunningProcesses, KnowThisOne) {
     desktop::RunningProcesses processes("/proc");
-    processes.refresh();
+    processes.refresh({});
     const desktop::Process* const self = processes.find(getpid());
     ASSERT_TRUE(self);
     EXPECT_EQ(self->parent, getppid());
