@@ -62,6 +62,10 @@ public:
             std::filesystem::create_directories(folder / "root");
             write(folder / "root/.flatpak-info",
                   "[Application]\nname=" + process.flatpakID + "\n\n[Instance]\ninstance-id=1\n");
+            write(folder / "mountinfo",
+                  "80 79 0:50 /newroot / rw,nosuid - tmpfs tmpfs rw,uid=1000\n"
+                  "81 80 0:50 /bindfile7 /.flatpak-info ro,nosuid - tmpfs tmpfs rw,uid=1000\n"
+                  "82 80 8:1 /usr /usr ro,nosuid master:1 - ext4 /dev/sda1 rw\n");
         }
         const std::string inner =
             process.innermostPID != 0 ? "\t" + std::to_string(process.innermostPID) : "";

@@ -1,5 +1,7 @@
 #include "platform/linux/desktop/SmallFile.h"
 
+#include "platform/linux/desktop/Descriptor.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -12,36 +14,16 @@ namespace {
 /// What most files here fit into; longer ones take another turn.
 constexpr std::size_t kFirstRead = 4096;
 
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    ~Descriptor() {
-        if (number_ >= 0)
-            close(number_);
-    }
-
-    [[nodiscard]] int number() const { return number_; }
-
-private:
-    int number_;
-};
-
 bool isRegular(int file) {
     struct stat status {};
 
     return fstat(file, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-} // namespace
+/// Without waiting, or a pipe that nobody writes to would hold us here.
+constexpr int kForReading = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
-std::optional<std::string> readFileStart(int folder, const std::string& file, std::size_t size) {
-    // Without waiting, or a pipe that nobody writes to would hold us here.
-    const Descriptor descriptor(
-        openat(folder, file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+std::optional<std::string> startOf(const Descriptor& descriptor, std::size_t size) {
     if (descriptor.number() < 0 || !isRegular(descriptor.number()))
         return std::nullopt;
     std::string text;
@@ -61,16 +43,34 @@ std::optional<std::string> readFileStart(int folder, const std::string& file, st
     return text;
 }
 
+std::optional<std::string> unlessLonger(std::optional<std::string> text, std::size_t maximumSize) {
+    if (text && text->size() > maximumSize)
+        return std::nullopt;
+    return text;
+}
+
+} // namespace
+
+std::optional<std::string> readFileStart(int folder, const std::string& file, std::size_t size) {
+    return startOf(Descriptor(openat(folder, file.c_str(), kForReading)), size);
+}
+
 std::optional<std::string> readFileStart(const std::filesystem::path& file, std::size_t size) {
     return readFileStart(AT_FDCWD, file.string(), size);
 }
 
 std::optional<std::string> readSmallFile(const std::filesystem::path& file,
                                          std::size_t maximumSize) {
-    auto text = readFileStart(file, maximumSize + 1);
-    if (text && text->size() > maximumSize)
+    return unlessLonger(readFileStart(file, maximumSize + 1), maximumSize);
+}
+
+std::optional<std::string> readUnlinkedFile(int folder, const char* name, std::size_t maximumSize) {
+    const Descriptor place(openat(folder, name, O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    if (place.number() < 0 || !isRegular(place.number()))
         return std::nullopt;
-    return text;
+    // The very file that was looked at, whatever has its name by now.
+    const std::string path = "/proc/self/fd/" + std::to_string(place.number());
+    return unlessLonger(readFileStart(path, maximumSize + 1), maximumSize);
 }
 
 } // namespace orvanta::desktop

@@ -20,4 +20,9 @@ namespace orvanta::desktop {
 [[nodiscard]] std::optional<std::string> readFileStart(int folder, const std::string& file,
                                                        std::size_t size);
 
+/// The same for a file in the folder itself that is neither a link nor more than `maximumSize`
+/// bytes long. Anything but a regular file is not even opened: opening a device may set it going.
+[[nodiscard]] std::optional<std::string> readUnlinkedFile(int folder, const char* name,
+                                                          std::size_t maximumSize);
+
 } // namespace orvanta::desktop

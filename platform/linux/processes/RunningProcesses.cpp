@@ -162,7 +162,7 @@ void readDetails(int procFolder, Process& process) {
         return;
     process.script = scriptOfProcess(procFolder, process);
     process.scope = parseProcessScope(textOf(procFolder, process, "cgroup"));
-    process.flatpakID = flatpakIDInInfo(textOf(procFolder, process, "root/.flatpak-info"));
+    process.flatpakID = flatpakIDOfProcess(procFolder, process.pid);
     if (process.flatpakID.empty())
         process.flatpakID = process.scope.flatpakID;
     if (!process.flatpakID.empty())

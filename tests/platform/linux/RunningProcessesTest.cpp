@@ -4,6 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <csignal>
+#include <functional>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace orvanta::test {
@@ -165,6 +172,61 @@ TEST_F(RunningProcessesTest, AreFoundByTheIDInsideTheirFlatpak) {
     EXPECT_FALSE(processes_.findInFlatpak("org.a.A", 3));
 }
 
+TEST_F(RunningProcessesTest, AreAskedForTheirFlatpakInAMountNamespaceOfTheirOwnOnly) {
+    const auto nameNamespace = [&](const std::string& process, const std::string& name) {
+        fs::create_directories(directory_.path() / process / "ns");
+        fs::create_symlink(name, directory_.path() / process / "ns/mnt");
+    };
+    nameNamespace("self", "mnt:[1]");
+    proc_.run({.pid = 42, .flatpakID = "org.a.A"});
+    nameNamespace("42", "mnt:[1]");
+    proc_.run({.pid = 43, .flatpakID = "org.a.A"});
+    nameNamespace("43", "mnt:[2]");
+    EXPECT_EQ(looked(42).flatpakID, "");
+    EXPECT_EQ(looked(43).flatpakID, "org.a.A");
+}
+
+TEST_F(RunningProcessesTest, AreNotAskedForTheirFlatpakWhereOneMightWaitForTheAnswer) {
+    const std::string memory = "80 79 0:50 / / rw - tmpfs tmpfs rw\n";
+    for (const std::string& mounts :
+         {std::string(), std::string("\n80 79\n"), std::string("80 79 0:50 / / rw shared:1 -"),
+          std::string("80 79 0:50 / / rw - fuse.sshfs host: rw\n"),
+          std::string("80 79 0:50 / / rw shared:1 - nfs4 host:/ rw\n"),
+          std::string("80 79 0:50 / /tmp rw - tmpfs tmpfs rw\n"),
+          memory + "81 80 0:51 / / rw - fuse x rw\n",
+          memory + "81 80 0:51 / /.flatpak-info rw - fuse x rw\n"}) {
+        proc_.run({.pid = 42, .flatpakID = "org.a.A"});
+        ScriptedProc::write(directory_.path() / "42/mountinfo", mounts);
+        EXPECT_EQ(looked(42).flatpakID, "") << mounts;
+    }
+    proc_.run({.pid = 42, .flatpakID = "org.a.A"});
+    ScriptedProc::write(directory_.path() / "42/mountinfo",
+                        memory + "81 80 0:51 / /home rw - fuse x rw\n");
+    EXPECT_EQ(looked(42).flatpakID, "org.a.A");
+}
+
+TEST_F(RunningProcessesTest, TellTheirFlatpakInASmallRegularFileOnly) {
+    const fs::path info = directory_.path() / "42/root/.flatpak-info";
+    const auto idOf42 = [&](const std::function<void()>& replace) {
+        proc_.run({.pid = 42, .flatpakID = "org.a.A"});
+        EXPECT_EQ(looked(42).flatpakID, "org.a.A");
+        proc_.run({.pid = 42, .flatpakID = "org.a.A", .startTime = 4711});
+        fs::rename(info, directory_.path() / "elsewhere");
+        replace();
+        return looked(42).flatpakID;
+    };
+    // What it links to is found from our root and not from its own.
+    EXPECT_EQ(idOf42([&] { fs::create_symlink(directory_.path() / "elsewhere", info); }), "");
+    EXPECT_EQ(idOf42([&] { fs::create_symlink("/dev/zero", info); }), "");
+    EXPECT_EQ(idOf42([&] { ASSERT_EQ(mkfifo(info.c_str(), 0600), 0); }), "");
+    EXPECT_EQ(idOf42([&] { fs::create_directories(info); }), "");
+    EXPECT_EQ(idOf42([&] {
+                  fs::rename(directory_.path() / "elsewhere", info);
+                  fs::resize_file(info, std::uintmax_t(1) << 30U);
+              }),
+              "");
+}
+
 TEST_F(RunningProcessesTest, BearBrokenFiles) {
     fs::create_directories(directory_.path() / "12x");
     fs::create_directories(directory_.path() / "99999999999");
@@ -185,6 +247,72 @@ TEST(RunningProcesses, AreNoneWithoutAProcFolder) {
     desktop::RunningProcesses processes("/nowhere");
     processes.refresh({});
     EXPECT_TRUE(processes.all().empty());
+}
+
+/// A child of ours in a root of its own that is built as a Flatpak's is: in memory, and with the
+/// info bound over an empty file. It waits to be killed.
+class SandboxedChild {
+public:
+    explicit SandboxedChild(const fs::path& folder) {
+        std::array<int, 2> ready{};
+        if (pipe(ready.data()) != 0)
+            return;
+        pid_ = fork();
+        if (pid_ == 0) {
+            const char isBuilt = buildRoot(folder) ? 'y' : 'n';
+            if (write(ready[1], &isBuilt, 1) == 1)
+                pause();
+            _exit(0);
+        }
+        close(ready[1]);
+        char isBuilt = 'n';
+        isBuilt_ = read(ready[0], &isBuilt, 1) == 1 && isBuilt == 'y';
+        close(ready[0]);
+    }
+
+    SandboxedChild(const SandboxedChild&) = delete;
+    SandboxedChild& operator=(const SandboxedChild&) = delete;
+
+    ~SandboxedChild() {
+        if (pid_ <= 0)
+            return;
+        kill(pid_, SIGKILL);
+        waitpid(pid_, nullptr, 0);
+    }
+
+    [[nodiscard]] pid_t pid() const { return pid_; }
+
+    [[nodiscard]] bool isBuilt() const { return isBuilt_; }
+
+private:
+    static bool buildRoot(const fs::path& folder) {
+        const fs::path info = folder / ".flatpak-info";
+        const fs::path source = folder / "bindfile";
+        if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return false;
+        if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("tmpfs", folder.c_str(), "tmpfs", 0, nullptr) != 0)
+            return false;
+        ScriptedProc::write(source, "[Application]\nname=org.example.Player\n");
+        ScriptedProc::write(info, "");
+        return mount(source.c_str(), info.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
+               chroot(folder.c_str()) == 0;
+    }
+
+    pid_t pid_ = -1;
+    bool isBuilt_ = false;
+};
+
+TEST(RunningProcesses, KnowTheFlatpakOfARealSandbox) {
+    const TemporaryDirectory directory;
+    const SandboxedChild child(directory.path());
+    if (!child.isBuilt())
+        GTEST_SKIP() << "no mounts of one's own here";
+    desktop::RunningProcesses processes("/proc");
+    processes.refresh({});
+    ASSERT_TRUE(processes.find(child.pid()));
+    EXPECT_EQ(processes.find(child.pid())->flatpakID, "org.example.Player");
+    EXPECT_EQ(processes.find(getpid())->flatpakID, "");
 }
 
 TEST(RunningProcesses, KnowThisOne) {
