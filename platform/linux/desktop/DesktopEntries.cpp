@@ -18,14 +18,12 @@ constexpr std::size_t kMostFiles = 10000;
 constexpr int kDeepestFolder = 4;
 constexpr std::string_view kSuffix = ".desktop";
 
-/// A folder that changed so shortly before it was read may have changed again in the same tick of
-/// the file system's clock.
+/// A folder that changed so shortly before or after it was read may have changed again in the same
+/// tick of the file system's clock. Longer after is no time but a clock that was wrong.
 constexpr std::chrono::seconds kUnsettled{2};
 
-fs::file_time_type timeOf(const fs::path& folder) {
-    std::error_code error;
-    const auto time = fs::last_write_time(folder, error);
-    return error ? fs::file_time_type::min() : time;
+bool isSettled(const FolderState& folder, DesktopEntries::WallTime read) {
+    return std::chrono::abs(folder.changed - read.time_since_epoch()) > kUnsettled;
 }
 
 std::vector<fs::path> applicationFolders(const DesktopFolders& folders) {
@@ -57,14 +55,14 @@ bool isOwnFolder(const fs::directory_entry& entry) {
 DesktopEntries::DesktopEntries(const DesktopFolders& folders)
     : roots_(applicationFolders(folders)), localeKeys_(localeKeys(folders.locales)) {}
 
-bool DesktopEntries::refresh() {
+bool DesktopEntries::refresh(WallTime now) {
     if (isCurrent())
         return false;
     entries_.clear();
     byFile_.clear();
     folders_.clear();
     filesRead_ = 0;
-    read_ = FileTime::clock::now();
+    read_ = now;
     for (const fs::path& root : roots_)
         readFolder(root, "", 0);
     std::erase_if(entries_, [](const auto& entry) { return entry.second->isHidden; });
@@ -79,16 +77,14 @@ DesktopEntryRef DesktopEntries::entryOfFile(const fs::path& file) const {
 }
 
 bool DesktopEntries::isCurrent() const {
-    return read_ != FileTime::min() &&
-           std::all_of(folders_.begin(), folders_.end(), [this](const Folder& folder) {
-               return timeOf(folder.path) == folder.changed &&
-                      (folder.changed == FileTime::min() || folder.changed < read_ - kUnsettled);
+    return read_ && std::all_of(folders_.begin(), folders_.end(), [this](const Folder& folder) {
+               return stateOf(folder.path) == folder.state && isSettled(folder.state, *read_);
            });
 }
 
 void DesktopEntries::readFolder(const fs::path& folder, const std::string& idPrefix, int depth) {
-    // The time before the contents: a change between the two shows as a time that has moved.
-    folders_.push_back({folder, timeOf(folder)});
+    // The state before the contents: a change between the two shows as a time that has moved.
+    folders_.push_back({folder, stateOf(folder)});
     for (const fs::directory_entry& entry : sortedContents(folder)) {
         const std::string name = entry.path().filename().string();
         if (name.ends_with(kSuffix) && name.size() > kSuffix.size())

@@ -2,10 +2,12 @@
 
 #include "platform/linux/desktop/DesktopEntry.h"
 #include "platform/linux/desktop/DesktopFolders.h"
+#include "platform/linux/desktop/FolderState.h"
 
 #include <chrono>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,10 +18,12 @@ class DesktopEntries {
 public:
     explicit DesktopEntries(const DesktopFolders& folders);
 
-    /// Reads everything again when a folder has changed since, which costs a look at each folder's
-    /// time otherwise. A file rewritten in place goes unnoticed; installers put a new one in its
-    /// stead. True when it was read again.
-    bool refresh();
+    using WallTime = std::chrono::system_clock::time_point;
+
+    /// Reads everything again when a folder has changed since, or is another one, which costs a
+    /// look at each folder's state otherwise. A file rewritten in place goes unnoticed; installers
+    /// put a new one in its stead. True when it was read again.
+    bool refresh(WallTime now = std::chrono::system_clock::now());
 
     /// By id.
     [[nodiscard]] const std::map<std::string, DesktopEntryRef>& all() const { return entries_; }
@@ -28,11 +32,9 @@ public:
     [[nodiscard]] DesktopEntryRef entryOfFile(const std::filesystem::path& file) const;
 
 private:
-    using FileTime = std::filesystem::file_time_type;
-
     struct Folder {
         std::filesystem::path path;
-        FileTime changed; ///< `FileTime::min()` where there is none
+        FolderState state;
     };
 
     [[nodiscard]] bool isCurrent() const;
@@ -44,7 +46,7 @@ private:
     std::map<std::string, DesktopEntryRef> entries_;
     std::map<std::filesystem::path, DesktopEntryRef> byFile_;
     std::vector<Folder> folders_;
-    FileTime read_ = FileTime::min();
+    std::optional<WallTime> read_;
     std::size_t filesRead_ = 0;
 };
 

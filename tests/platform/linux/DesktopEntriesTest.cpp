@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sys/stat.h>
 
 namespace orvanta::test {
@@ -31,10 +32,22 @@ protected:
         return found == entries_.all().end() ? "" : found->second->name;
     }
 
-    /// So that the last change seems long ago.
-    static void age(const fs::path& folder, std::chrono::hours hours = std::chrono::hours(1)) {
-        fs::last_write_time(folder, fs::file_time_type::clock::now() - hours);
+    /// Changes a folder in another tick of the file system's clock than the last change: two in one
+    /// tick cannot be told apart by their time.
+    static void change(const fs::path& folder, const std::function<void()>& how) {
+        const desktop::FolderState before = desktop::stateOf(folder);
+        how();
+        while (desktop::stateOf(folder) == before) {
+            ScriptedProc::write(folder / "tick", "");
+            fs::remove(folder / "tick");
+            how();
+        }
     }
+
+    /// An hour from now, when all that has changed is long ago.
+    bool refreshLater() { return entries_.refresh(Clock::now() + std::chrono::hours(1)); }
+
+    using Clock = std::chrono::system_clock;
 
     TemporaryDirectory directory_;
     DesktopFolders folders_{.home = directory_.path(),
@@ -88,19 +101,57 @@ TEST_F(DesktopEntriesTest, AreFoundByTheirFile) {
 
 TEST_F(DesktopEntriesTest, AreReadAgainOnlyWhenAFolderHasChanged) {
     write(systemFile("sub/player.desktop"), "Player");
-    age(systemFile("sub"));
-    age(systemFile(""));
-    EXPECT_TRUE(entries_.refresh());
-    EXPECT_FALSE(entries_.refresh());
-    write(systemFile("sub/radio.desktop"), "Radio");
-    EXPECT_TRUE(entries_.refresh());
-    EXPECT_EQ(nameOf("sub-radio"), "Radio");
-    age(systemFile("sub"));
-    EXPECT_TRUE(entries_.refresh());
-    EXPECT_FALSE(entries_.refresh());
-    fs::remove(systemFile("sub/radio.desktop"));
-    EXPECT_TRUE(entries_.refresh());
-    EXPECT_EQ(nameOf("sub-radio"), "");
+    EXPECT_TRUE(refreshLater());
+    EXPECT_FALSE(refreshLater());
+    change(systemFile("sub"), [this] { write(systemFile("sub/radio.desktop"), "Radio"); });
+    EXPECT_TRUE(refreshLater());
+    EXPECT_TRUE(entries_.all().contains("sub-radio"));
+    EXPECT_FALSE(refreshLater());
+    change(systemFile("sub"), [this] { fs::remove(systemFile("sub/radio.desktop")); });
+    EXPECT_TRUE(refreshLater());
+    EXPECT_FALSE(entries_.all().contains("sub-radio"));
+}
+
+TEST_F(DesktopEntriesTest, AreReadOnceFromAFolderDatedInTheFuture) {
+    write(systemFile("player.desktop"), "Player");
+    fs::last_write_time(systemFile(""), fs::file_time_type::clock::now() + std::chrono::hours(48));
+    EXPECT_TRUE(refreshLater());
+    EXPECT_FALSE(refreshLater());
+}
+
+TEST_F(DesktopEntriesTest, AreReadOnceUnderAClockThatIsLate) {
+    write(systemFile("player.desktop"), "Player");
+    EXPECT_TRUE(entries_.refresh(Clock::now() - std::chrono::hours(48)));
+    EXPECT_FALSE(entries_.refresh(Clock::now()));
+}
+
+TEST_F(DesktopEntriesTest, AreReadAgainWhenALinkMovesToAnotherFolderOfTheSameTime) {
+    const auto time = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    for (const char* name : {"Old", "New"}) {
+        write(directory_.path() / name / "player.desktop", name);
+        fs::last_write_time(directory_.path() / name, time);
+    }
+    fs::create_directories(folders_.dataFolders[0]);
+    const fs::path link = folders_.dataFolders[0] / "applications";
+    fs::create_directory_symlink(directory_.path() / "Old", link);
+    EXPECT_TRUE(refreshLater());
+    EXPECT_EQ(entries_.all().at("player")->name, "Old");
+    fs::remove(link);
+    fs::create_directory_symlink(directory_.path() / "New", link);
+    EXPECT_TRUE(refreshLater());
+    EXPECT_EQ(entries_.all().at("player")->name, "New");
+}
+
+TEST_F(DesktopEntriesTest, AreReadAgainWhenAFolderChangesAndItsTimeIsSetBack) {
+    write(systemFile("player.desktop"), "Player");
+    const auto time = fs::last_write_time(systemFile(""));
+    EXPECT_TRUE(refreshLater());
+    change(systemFile(""), [&] {
+        write(systemFile("radio.desktop"), "Radio");
+        fs::last_write_time(systemFile(""), time);
+    });
+    EXPECT_TRUE(refreshLater());
+    EXPECT_TRUE(entries_.all().contains("radio"));
 }
 
 TEST_F(DesktopEntriesTest, AreReadAgainWhenAFolderComes) {
