@@ -84,15 +84,20 @@ IconThemes::IconThemes(DesktopFolders folders)
     : folders_(std::move(folders)), bases_(iconBases(folders_)) {}
 
 std::optional<fs::path> IconThemes::file(const std::string& icon, int pixels) const {
+    return fileInTheme(themeName(), icon, pixels);
+}
+
+std::optional<fs::path> IconThemes::fileInTheme(const std::string& theme, const std::string& icon,
+                                                int pixels) const {
     if (icon.starts_with('/'))
         return isFile(icon) ? std::optional<fs::path>(icon) : std::nullopt;
     const std::string name = withoutFormat(icon);
     if (!isPlainName(name))
         return std::nullopt;
     const std::scoped_lock guard(mutex_);
-    for (const std::string& theme : themesInOrder()) {
+    for (const std::string& next : themesInOrder(theme)) {
         std::vector<const IconFolder*> folders;
-        for (const IconFolder& folder : installed(theme).folders)
+        for (const IconFolder& folder : installed(next).folders)
             folders.push_back(&folder);
         if (auto picture = bestPicture(std::move(folders), name, pixels))
             return picture;
@@ -104,9 +109,9 @@ std::string IconThemes::themeName() const {
     return iconThemeName(folders_);
 }
 
-std::vector<std::string> IconThemes::themesInOrder() const {
+std::vector<std::string> IconThemes::themesInOrder(const std::string& first) const {
     std::vector<std::string> order;
-    std::deque<std::string> waiting{themeName()};
+    std::deque<std::string> waiting{first};
     const auto add = [&order](const std::string& theme) {
         const bool isNew = std::find(order.begin(), order.end(), theme) == order.end();
         if (isNew && !theme.empty() && order.size() < kMostThemes)

@@ -24,6 +24,10 @@ public:
     [[nodiscard]] std::optional<std::filesystem::path> file(const std::string& icon,
                                                             int pixels) const;
 
+    /// The same in a theme other than the user's present one.
+    [[nodiscard]] std::optional<std::filesystem::path>
+    fileInTheme(const std::string& theme, const std::string& icon, int pixels) const;
+
     /// The user's theme, read from the settings at each call; empty where they name none.
     [[nodiscard]] std::string themeName() const;
 
@@ -38,7 +42,7 @@ private:
         std::vector<FileTime> changed;
     };
 
-    [[nodiscard]] std::vector<std::string> themesInOrder() const;
+    [[nodiscard]] std::vector<std::string> themesInOrder(const std::string& first) const;
     [[nodiscard]] const InstalledTheme& installed(const std::string& theme) const;
     [[nodiscard]] InstalledTheme read(const std::string& theme) const;
     [[nodiscard]] std::vector<FileTime> timesOf(const std::string& theme) const;

@@ -12,7 +12,7 @@ std::string ThemeIcon::cacheKey() const {
 }
 
 std::optional<std::filesystem::path> ThemeIcon::imageFile(int pixels) const {
-    return themes_->file(icon_, pixels);
+    return themes_->fileInTheme(theme_, icon_, pixels);
 }
 
 } // namespace orvanta::desktop

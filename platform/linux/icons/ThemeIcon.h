@@ -6,7 +6,7 @@
 namespace orvanta::desktop {
 
 /// An icon by its name in the icon theme, or by the path of its file. The file is looked for when
-/// it is asked for.
+/// it is asked for, in the theme that the user had when the icon was made.
 class ThemeIcon final : public Icon {
 public:
     /// `icon` as IconThemes::file takes it; `theme`: the theme it is shown in.

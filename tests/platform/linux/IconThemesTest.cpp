@@ -159,6 +159,20 @@ TEST_F(IconThemesTest, FollowTheSettingsOfGTKThenOfKDE) {
     EXPECT_EQ(themes_.themeName(), "Water");
 }
 
+TEST_F(IconThemesTest, MakeIconsThatKeepTheThemeOfTheirKey) {
+    addTheme("Wind", "");
+    addTheme("Water", "");
+    const auto ofWind = addPicture("Wind/16/apps/player.png");
+    const auto ofWater = addPicture("Water/16/apps/player.png");
+    const auto themes = std::make_shared<const desktop::IconThemes>(folders_);
+    chooseTheme("Wind");
+    const desktop::ThemeIcon icon("player", themes->themeName(), themes);
+    EXPECT_EQ(icon.imageFile(16), ofWind);
+    chooseTheme("Water");
+    EXPECT_EQ(icon.imageFile(16), ofWind);
+    EXPECT_EQ(desktop::ThemeIcon("player", themes->themeName(), themes).imageFile(16), ofWater);
+}
+
 TEST(IconTheme, CountsPixelsOfTheScreen) {
     const auto theme = desktop::parseIconTheme(
         "[Icon Theme]\nDirectories=16\nScaledDirectories=16@2\n[16]\nSize=16\n[16@2]\nSize=16\n"
