@@ -726,15 +726,20 @@ protected:
     }
 
 private:
-    static DesktopFolders inEnglish() {
+    /// All users' folders, and a home that has nothing of its own.
+    [[nodiscard]] DesktopFolders ofNobody() const {
         auto folders = DesktopFolders::fromEnvironment();
+        std::erase(folders.dataFolders, folders.dataHome / "flatpak/exports/share");
+        folders.home = directory_.path() / "home";
+        folders.dataHome = folders.home / ".local/share";
+        folders.configHome = folders.home / ".config";
         folders.locales = {"C"};
         return folders;
     }
 
     TemporaryDirectory directory_;
-    ScriptedProc proc_{directory_.path()};
-    LinuxWorkspace workspace_{inEnglish(), nullptr, directory_.path()};
+    ScriptedProc proc_{directory_.path() / "proc"};
+    LinuxWorkspace workspace_{ofNobody(), nullptr, proc_.root()};
 };
 
 TEST_F(InstalledApplicationsTest, HaveTheBrowserAmongThem) {
