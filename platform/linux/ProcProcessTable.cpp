@@ -1,5 +1,6 @@
 #include "platform/linux/ProcProcessTable.h"
 
+#include "platform/linux/desktop/ProgramPath.h"
 #include "platform/linux/processes/ProcessStat.h"
 
 #include <algorithm>
@@ -13,9 +14,6 @@ namespace orvanta {
 namespace {
 
 constexpr std::size_t kMaximumNameLength = 16;
-
-/// What the kernel appends to the path of an executable whose file is gone.
-constexpr std::string_view kDeletedMark = " (deleted)";
 
 std::optional<std::string> contents(const std::filesystem::path& file) {
     // Neither of the files read here comes near a page.
@@ -78,9 +76,7 @@ std::optional<std::string> ProcProcessTable::path(std::int32_t pid) const {
     std::string path = std::filesystem::read_symlink(entry(pid, "exe"), error).string();
     if (error || path.empty())
         return std::nullopt;
-    if (path.ends_with(kDeletedMark) && !std::filesystem::exists(path, error))
-        path.resize(path.size() - kDeletedMark.size());
-    return path;
+    return desktop::withoutDeletedMark(std::move(path));
 }
 
 std::optional<std::int32_t> ProcProcessTable::parent(std::int32_t pid) const {

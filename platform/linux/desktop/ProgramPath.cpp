@@ -103,6 +103,14 @@ std::vector<std::string> namesOf(const std::string& program) {
     return names;
 }
 
+std::string withoutDeletedMark(std::string path) {
+    constexpr std::string_view kMark = " (deleted)";
+    std::error_code error;
+    if (path.ends_with(kMark) && !fs::exists(path, error))
+        path.resize(path.size() - kMark.size());
+    return path;
+}
+
 std::string locatedProgram(const std::string& program, const std::vector<fs::path>& folders) {
     if (program.starts_with('/'))
         return canonicalOrSame(program);

@@ -22,6 +22,10 @@ namespace orvanta::desktop {
 /// where system packages install, the two folders above: /usr/lib/player/player-bin is "player".
 [[nodiscard]] std::vector<std::string> namesOf(const std::string& program);
 
+/// The path of an executable as /proc links to it. The kernel marks one whose file is gone, after
+/// an update say: the mark is taken off, unless a file is really called so.
+[[nodiscard]] std::string withoutDeletedMark(std::string path);
+
 /// Where a program really lies: links followed, a name without a folder looked for in `folders`.
 /// Empty when it is not found; a path that does not exist stays as it is, and so does a Windows
 /// path.

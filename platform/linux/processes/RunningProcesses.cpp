@@ -28,8 +28,6 @@ namespace {
 /// The proc file system's files here are far smaller, but for command lines.
 constexpr std::size_t kMostOfAFile = 1U << 16U;
 
-constexpr std::string_view kDeletedMark = " (deleted)";
-
 /// The parent of the kernel's own threads, which have no executable and play nothing.
 constexpr std::int32_t kKernelThreads = 2;
 
@@ -87,10 +85,7 @@ std::string executableOf(int procFolder, const Process& process) {
         readlinkat(procFolder, fileOf(process, "exe").c_str(), path.data(), path.size());
     if (length <= 0)
         return {};
-    std::string_view executable(path.data(), static_cast<std::size_t>(length));
-    if (executable.ends_with(kDeletedMark))
-        executable.remove_suffix(kDeletedMark.size());
-    return std::string(executable);
+    return withoutDeletedMark({path.data(), static_cast<std::size_t>(length)});
 }
 
 /// What tells whether it is still the same program in the same process. Nothing when it has ended.

@@ -79,6 +79,10 @@ TEST_F(RunningProcessesTest, KnowTheScriptOfAnInterpreter) {
 TEST_F(RunningProcessesTest, KnowAProgramThatWasReplacedOnDisk) {
     proc_.run({.pid = 42, .executable = "/usr/bin/player (deleted)"});
     EXPECT_EQ(looked(42).executable, "/usr/bin/player");
+    const fs::path odd = directory_.path() / "odd (deleted)";
+    ScriptedProc::write(odd, "program");
+    proc_.run({.pid = 43, .executable = odd});
+    EXPECT_EQ(looked(43).executable, odd);
 }
 
 TEST_F(RunningProcessesTest, ComeAndGo) {
