@@ -58,13 +58,34 @@ constexpr std::array kWrappers = std::to_array<std::string_view>(
 /// What stands behind these is a name inside the sandbox.
 constexpr std::array kSandboxLaunchers = std::to_array<std::string_view>({"flatpak", "snap"});
 
-/// Options of interpreters whose next word belongs to them.
-constexpr std::array kOptionsWithValue = std::to_array<std::string_view>(
-    {"-cp", "-classpath", "--class-path", "--module-path", "-W", "-X", "-I", "-r", "--require"});
+/// What options of interpreters mean for the word behind them. One letter means different things to
+/// different ones.
+struct OptionRules {
+    std::span<const std::string_view> withValue;    ///< it belongs to the option
+    std::span<const std::string_view> namingScript; ///< it is a module or an archive to run
+    std::span<const std::string_view> withCode;     ///< it is the program itself
+};
 
-constexpr std::array kOptionsThatNameTheScript = std::to_array<std::string_view>({"-m", "-jar"});
+constexpr std::array kShellValues = std::to_array<std::string_view>({"-o", "-O", "+o", "+O"});
+constexpr std::array kShellCode = std::to_array<std::string_view>({"-c", "-lc", "-ec", "-ic"});
 
-constexpr std::array kOptionsWithCode = std::to_array<std::string_view>({"-c", "-e", "--eval"});
+constexpr std::array kPythonValues = std::to_array<std::string_view>({"-W", "-X"});
+constexpr std::array kPythonScripts = std::to_array<std::string_view>({"-m"});
+constexpr std::array kPythonCode = std::to_array<std::string_view>({"-c"});
+
+constexpr std::array kJavaValues = std::to_array<std::string_view>(
+    {"-cp", "-classpath", "--class-path", "-p", "--module-path", "--upgrade-module-path",
+     "--add-modules", "--limit-modules", "--add-opens", "--add-exports", "--add-reads",
+     "--patch-module", "--enable-native-access"});
+constexpr std::array kJavaScripts = std::to_array<std::string_view>({"-jar", "-m", "--module"});
+
+constexpr std::array kPHPValues = std::to_array<std::string_view>({"-c", "-d", "-z"});
+constexpr std::array kPHPScripts = std::to_array<std::string_view>({"-f", "--file"});
+constexpr std::array kPHPCode = std::to_array<std::string_view>({"-r", "--run"});
+
+constexpr std::array kOtherValues = std::to_array<std::string_view>({"-I", "-r", "--require"});
+constexpr std::array kOtherCode =
+    std::to_array<std::string_view>({"-e", "-E", "--eval", "-p", "--print"});
 
 constexpr int kDeepestNesting = 8;
 
@@ -157,6 +178,19 @@ std::vector<std::string> shellCode(const std::vector<std::string>& words) {
     return code;
 }
 
+OptionRules optionRulesOf(std::string_view interpreter) {
+    const std::string_view name = withoutVersion(interpreter);
+    if (contains(kShells, name))
+        return {kShellValues, {}, kShellCode};
+    if (name == "python")
+        return {kPythonValues, kPythonScripts, kPythonCode};
+    if (name == "java")
+        return {kJavaValues, kJavaScripts, {}};
+    if (name == "php")
+        return {kPHPValues, kPHPScripts, kPHPCode};
+    return {kOtherValues, {}, kOtherCode};
+}
+
 } // namespace
 
 std::vector<std::string> execWords(std::string_view line) {
@@ -167,15 +201,17 @@ bool isInterpreter(std::string_view fileName) {
     return contains(kInterpreters, fileName) || contains(kInterpreters, withoutVersion(fileName));
 }
 
-std::optional<std::string> scriptOf(std::span<const std::string> arguments) {
+std::optional<std::string> scriptOf(std::string_view interpreter,
+                                    std::span<const std::string> arguments) {
+    const OptionRules options = optionRulesOf(interpreter);
     for (std::size_t at = 0; at < arguments.size(); ++at) {
         const std::string& argument = arguments[at];
         const bool hasNext = at + 1 < arguments.size();
-        if (contains(kOptionsWithCode, argument))
+        if (contains(options.withCode, argument))
             return std::nullopt;
-        if (contains(kOptionsThatNameTheScript, argument) && hasNext)
+        if (contains(options.namingScript, argument) && hasNext)
             return arguments[at + 1];
-        if (contains(kOptionsWithValue, argument))
+        if (contains(options.withValue, argument))
             ++at;
         else if (!argument.empty() && !argument.starts_with('-'))
             return argument;
@@ -198,7 +234,7 @@ std::optional<std::string> programOfCommand(std::vector<std::string> words) {
                 continue;
             }
         if (isInterpreter(name))
-            if (auto script = scriptOf(std::span(words).subspan(1)))
+            if (auto script = scriptOf(name, std::span(words).subspan(1)))
                 return script;
         return words.front();
     }

@@ -17,9 +17,10 @@ namespace orvanta::desktop {
 [[nodiscard]] bool isInterpreter(std::string_view fileName);
 
 /// What an interpreter runs: the first argument that is no option, or the module or archive that
-/// an option names. Nothing for code given on the command line itself. `arguments` are those behind
-/// the interpreter's own name.
-[[nodiscard]] std::optional<std::string> scriptOf(std::span<const std::string> arguments);
+/// an option names. Nothing for code given on the command line itself. `interpreter`: its file's
+/// name; `arguments`: those behind it.
+[[nodiscard]] std::optional<std::string> scriptOf(std::string_view interpreter,
+                                                  std::span<const std::string> arguments);
 
 /// What a command runs behind env, nohup, a shell's -c and interpreters. Nothing where a sandbox's
 /// launcher hides it.

@@ -121,15 +121,17 @@ std::vector<std::string> commandLineOf(int procFolder, const Process& process) {
 }
 
 std::string scriptOfProcess(int procFolder, const Process& process) {
-    if (!isInterpreter(fileNameOf(process.executable)))
+    const std::string_view interpreter = fileNameOf(process.executable);
+    if (!isInterpreter(interpreter))
         return {};
     const std::vector<std::string> words = commandLineOf(procFolder, process);
     if (words.empty())
         return {};
     // Wine puts the Windows program in the place of its own name.
-    const std::string script = isWindowsPath(words.front())
-                                   ? words.front()
-                                   : scriptOf(std::span(words).subspan(1)).value_or("");
+    const std::string script =
+        isWindowsPath(words.front())
+            ? words.front()
+            : scriptOf(interpreter, std::span(words).subspan(1)).value_or("");
     const std::string located = locatedProgram(script, {});
     return located.empty() ? script : located;
 }

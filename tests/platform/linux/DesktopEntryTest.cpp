@@ -197,14 +197,34 @@ TEST(ProgramOfCommand, IsHiddenByASandbox) {
     EXPECT_EQ(programOfCommand({"env", "A=b", "snap", "run", "p"}), std::nullopt);
 }
 
-TEST(ScriptOf, TakesTheModuleThatAnOptionNames) {
-    const std::vector<std::string> arguments{"-W", "ignore", "-m", "player", "file"};
-    EXPECT_EQ(scriptOf(arguments), "player");
+std::optional<std::string> scriptIn(std::string_view interpreter,
+                                    const std::vector<std::string>& arguments) {
+    return scriptOf(interpreter, arguments);
+}
+
+TEST(ScriptOf, TakesWhatAnOptionNames) {
+    EXPECT_EQ(scriptIn("python3.11", {"-W", "ignore", "-m", "player", "file"}), "player");
+    EXPECT_EQ(scriptIn("java", {"-cp", "a:b", "-jar", "p.jar"}), "p.jar");
+    EXPECT_EQ(scriptIn("php8.2", {"-d", "x=1", "-f", "p.php"}), "p.php");
 }
 
 TEST(ScriptOf, IsNoneForCodeOnTheCommandLine) {
-    const std::vector<std::string> arguments{"-c", "print()", "file"};
-    EXPECT_EQ(scriptOf(arguments), std::nullopt);
+    EXPECT_EQ(scriptIn("python3", {"-c", "print()", "file"}), std::nullopt);
+    EXPECT_EQ(scriptIn("bash", {"-lc", "player", "file"}), std::nullopt);
+    EXPECT_EQ(scriptIn("perl", {"-e", "print", "file"}), std::nullopt);
+    EXPECT_EQ(scriptIn("php", {"-r", "print();", "file"}), std::nullopt);
+    EXPECT_EQ(scriptIn("node", {"--eval", "0", "file"}), std::nullopt);
+}
+
+TEST(ScriptOf, KnowsThatInterpretersMeanDifferentThingsByOneOption) {
+    EXPECT_EQ(scriptIn("sh", {"-e", "start.sh"}), "start.sh");
+    EXPECT_EQ(scriptIn("bash", {"-o", "errexit", "start.sh"}), "start.sh");
+    EXPECT_EQ(scriptIn("python3", {"-I", "player.py"}), "player.py");
+    EXPECT_EQ(scriptIn("perl", {"-I", "lib", "-W", "player.pl"}), "player.pl");
+    EXPECT_EQ(scriptIn("node", {"-r", "setup", "player.js"}), "player.js");
+    EXPECT_EQ(scriptIn("ruby", {"-c", "player.rb"}), "player.rb");
+    EXPECT_EQ(scriptIn("java", {"--add-opens", "java.base/java.lang=ALL-UNNAMED", "player.Main"}),
+              "player.Main");
 }
 
 TEST(Interpreters, AreKnownWithTheirVersions) {
