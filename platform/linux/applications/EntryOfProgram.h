@@ -10,7 +10,7 @@ namespace orvanta::desktop {
 /// Either may be null: a process that plays nothing, a client whose process cannot be seen.
 ///
 /// The first that answers counts:
-///  1. the Flatpak or Snap that the process lives in, which it cannot choose itself;
+///  1. the Flatpak or Snap that the process lives in, which is set up before it runs;
 ///  2. the application id that it gives the audio server;
 ///  3. the control group that the session started it in, unless the process runs the very file of
 ///     another application: a file manager's group holds the player that was opened from it;

@@ -6,44 +6,15 @@
 namespace orvanta::desktop {
 namespace {
 
-constexpr std::array kInterpreters = std::to_array<std::string_view>({"python",
-                                                                      "perl",
-                                                                      "ruby",
-                                                                      "node",
-                                                                      "nodejs",
-                                                                      "java",
-                                                                      "php",
-                                                                      "lua",
-                                                                      "luajit",
-                                                                      "gjs",
-                                                                      "gjs-console",
-                                                                      "mono",
-                                                                      "mono-sgen",
-                                                                      "electron",
-                                                                      "sh",
-                                                                      "bash",
-                                                                      "dash",
-                                                                      "zsh",
-                                                                      "fish",
-                                                                      "ksh",
-                                                                      "tclsh",
-                                                                      "wish",
-                                                                      "guile",
-                                                                      "qml",
-                                                                      "julia",
-                                                                      "bun",
-                                                                      "deno",
-                                                                      "wine",
-                                                                      "wine-stable",
-                                                                      "wine-development",
-                                                                      "wine-preloader",
-                                                                      "wine64-preloader",
-                                                                      "proton",
-                                                                      "love",
-                                                                      "dosbox",
-                                                                      "dosbox-x",
-                                                                      "dosbox-staging",
-                                                                      "scummvm"});
+constexpr std::array kInterpreters = std::to_array<std::string_view>(
+    {"python", "perl",        "ruby",  "node",      "nodejs",   "java", "php",   "lua",  "luajit",
+     "gjs",    "gjs-console", "mono",  "mono-sgen", "electron", "sh",   "bash",  "dash", "zsh",
+     "fish",   "ksh",         "tclsh", "wish",      "guile",    "qml",  "julia", "bun",  "deno"});
+
+/// What programs and games for other systems run in.
+constexpr std::array kLoaders = std::to_array<std::string_view>(
+    {"wine", "wine-stable", "wine-development", "wine-preloader", "wine64-preloader", "proton",
+     "love", "dosbox", "dosbox-x", "dosbox-staging", "scummvm"});
 
 constexpr std::array kShells =
     std::to_array<std::string_view>({"sh", "bash", "dash", "zsh", "fish", "ksh"});
@@ -198,7 +169,8 @@ std::vector<std::string> execWords(std::string_view line) {
 }
 
 bool isInterpreter(std::string_view fileName) {
-    return contains(kInterpreters, fileName) || contains(kInterpreters, withoutVersion(fileName));
+    const std::string_view name = withoutVersion(fileName);
+    return contains(kInterpreters, name) || contains(kLoaders, name);
 }
 
 std::optional<std::string> scriptOf(std::string_view interpreter,

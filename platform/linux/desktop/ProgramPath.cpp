@@ -15,31 +15,14 @@ namespace fs = std::filesystem;
 namespace {
 
 /// Folders that hold programs of many packages, or a part of any package.
-constexpr std::array kSharedFolders = std::to_array<std::string_view>({"bin",
-                                                                       "sbin",
-                                                                       "games",
-                                                                       "lib",
-                                                                       "lib32",
-                                                                       "lib64",
-                                                                       "libexec",
-                                                                       "share",
-                                                                       "usr",
-                                                                       "opt",
-                                                                       "local",
-                                                                       "home",
-                                                                       "tmp",
-                                                                       "resources",
-                                                                       "dist",
-                                                                       "src",
-                                                                       "app",
-                                                                       "snap",
-                                                                       "files",
-                                                                       "x86_64-linux-gnu",
-                                                                       "aarch64-linux-gnu"});
+constexpr std::array kSharedFolders = std::to_array<std::string_view>(
+    {"bin", "sbin", "games", "lib", "lib32", "lib64", "libexec", "share", "usr", "opt", "local",
+     "home", "tmp", "resources", "dist", "src", "app", "x86_64-linux-gnu", "aarch64-linux-gnu"});
 
+/// The last is where AppImages are mounted.
 constexpr std::array kPackageFolders = std::to_array<std::string_view>(
     {"/usr/", "/opt/", "/bin/", "/sbin/", "/app/", "/snap/", "/var/lib/flatpak/", "/var/lib/snapd/",
-     "/nix/store/", "/gnu/store/"});
+     "/nix/store/", "/gnu/store/", "/tmp/.mount_"});
 
 constexpr std::array kEndings = std::to_array<std::string_view>(
     {".py", ".pyz", ".sh", ".pl", ".rb", ".js", ".mjs", ".lua", ".jar", ".asar", ".bin", "-bin",

@@ -300,7 +300,9 @@ TEST_F(LinuxWorkspaceTest, KnowsAProgramByItsWindowClass) {
     desktop_.install("org.example.Player", "Player", "start-it", "StartupWMClass=Plyr");
     proc_.run({.pid = 100, .executable = "/opt/x/plyr"});
     proc_.run({.pid = 101, .executable = "/opt/x/other"});
+    proc_.run({.pid = 102, .executable = "/tmp/.mount_PlayerX1/plyr"});
     EXPECT_EQ(idOf(100), "org.example.Player");
+    EXPECT_EQ(idOf(102), "org.example.Player");
     EXPECT_EQ(idOf(101), "(none)");
     desktop_.clients.play({.pid = 101, .name = "x", .binary = "plyr"});
     EXPECT_EQ(idOf(101), "org.example.Player");
