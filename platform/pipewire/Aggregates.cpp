@@ -165,24 +165,26 @@ OSStatus Aggregates::start(AudioObjectID device, AudioDeviceIOProcID procID) {
 /// after the wait.
 OSStatus Aggregates::awaitStreams(AudioObjectID device, AudioDeviceIOProcID procID,
                                   const std::shared_ptr<Tap>& tap) {
-    const ServerConnection& connection = surroundings_.connection;
+    const auto isReachable = [this] {
+        return surroundings_.connection.isAnswering() && surroundings_.mirror.defaults().isBound();
+    };
     const auto isDecided = [&] {
-        return tap->isProven() || tap->hasItsStreams() || !connection.isAnswering() ||
-               !surroundings_.mirror.defaults().isBound();
+        return tap->isProven() || tap->hasItsStreams() || !isReachable();
     };
     surroundings_.loop.waitFor(isDecided, kArrivalBound);
-    if (!surroundings_.mirror.defaults().isBound())
-        return noErr;
-    if (tap->isProven() || tap->hasItsStreams()) {
+    // Without the session manager's notes nothing was claimed, so nothing that is missing tells.
+    const bool isClaimed = surroundings_.mirror.defaults().isBound();
+    if (tap->isProven() || (isClaimed && tap->hasItsStreams())) {
         tap->prove();
         return noErr;
     }
-    const bool isAnswering = connection.isAnswering();
+    const OSStatus reason =
+        isReachable() ? kAudioHardwareIllegalOperationError : kAudioHardwareNotRunningError;
     surroundings_.logger.error("The streams of the tap '%s' do not come to it",
                                tap->description().name().c_str());
     taps_.standDown(tap);
     stop(device, procID);
-    return isAnswering ? kAudioHardwareIllegalOperationError : kAudioHardwareNotRunningError;
+    return reason;
 }
 
 OSStatus Aggregates::stop(AudioObjectID device, AudioDeviceIOProcID procID) {
