@@ -71,6 +71,14 @@ void AudioSystem::serverAnswered() {
     update();
 }
 
+/// Whoever has asked for a list meanwhile got none, and does not ask again unless it has changed.
+void AudioSystem::serverAnswersAgain() {
+    for (const AudioObjectPropertySelector list :
+         {kAudioHardwarePropertyDevices, kAudioHardwarePropertyDefaultOutputDevice,
+          kAudioHardwarePropertyProcessObjectList})
+        listeners_.notify(kAudioObjectSystemObject, {list});
+}
+
 void AudioSystem::serverLost() {
     parts_->taps.serverLost();
     parts_->mirror.detach();

@@ -58,6 +58,7 @@ private:
 
     void serverConnected(pw_core* core) override;
     void serverAnswered() override;
+    void serverAnswersAgain() override;
     void serverLost() override;
 
     void scheduleUpdate();

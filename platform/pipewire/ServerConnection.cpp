@@ -152,8 +152,10 @@ void ServerConnection::answered(int sequence) {
     probe_.reset();
     silence_.cancel();
     isDoubtful_ = false;
-    if (std::exchange(isSilent_, false))
+    if (std::exchange(isSilent_, false)) {
         logger_.info("The PipeWire server answers again");
+        listener_.serverAnswersAgain();
+    }
     loop_.changed();
 }
 

@@ -25,6 +25,8 @@ public:
     virtual void serverConnected(pw_core* core) = 0;
     /// The server has told everything that was there when it was reached.
     virtual void serverAnswered() = 0;
+    /// The server has stood still and goes on: `isAnswering` was false for a while.
+    virtual void serverAnswersAgain() = 0;
     /// The server is gone. `core` is still there to destroy proxies with and no use otherwise.
     virtual void serverLost() = 0;
 };

@@ -1,5 +1,7 @@
 #include "tests/platform/pipewire/support/PipeWireTest.h"
 
+#include <array>
+#include <atomic>
 #include <future>
 #include <unistd.h>
 
@@ -179,6 +181,30 @@ TEST_F(PipeWireStandstill, LeavesATapThatGoesOnAfterIt) {
     EXPECT_TRUE(eventually(
         soon, [&] { return tap.cycles() > before + 5 && tap.input() == OwnStream::level; }));
     awaitTapped(::getpid(), "speakers");
+}
+
+TEST_F(PipeWireStandstill, IsOverForWhoeverListensToTheLists) {
+    meet();
+    std::atomic<int> told{0};
+    const auto count = [](AudioObjectID, const AudioObjectPropertyAddress&, void* data) {
+        ++*static_cast<std::atomic<int>*>(data);
+        return noErr;
+    };
+    const std::array<AudioObjectPropertyAddress, 3> lists{{
+        {kAudioHardwarePropertyDevices},
+        {kAudioHardwarePropertyDefaultOutputDevice},
+        {kAudioHardwarePropertyProcessObjectList},
+    }};
+    server_.freezeServer();
+    ASSERT_TRUE(eventually(soon, [&] { return bounded([&] { return listDevices(); }) != noErr; }));
+    for (const auto& list : lists)
+        ASSERT_EQ(hardware().addPropertyListener(kAudioObjectSystemObject, list, count, &told),
+                  noErr);
+    server_.thawServer();
+    EXPECT_TRUE(eventually(soon, [&] { return told == 3; }));
+    EXPECT_EQ(listDevices(), noErr);
+    for (const auto& list : lists)
+        hardware().removePropertyListener(kAudioObjectSystemObject, list, count, &told);
 }
 
 TEST_F(PipeWireStandstill, DoesNotKeepTheHardwareFromGoing) {

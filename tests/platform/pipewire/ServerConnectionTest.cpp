@@ -46,6 +46,8 @@ struct Told : pipewire::ConnectionListener {
 
     void serverAnswered() override {}
 
+    void serverAnswersAgain() override {}
+
     void serverLost() override { ++lost; }
 };
 
