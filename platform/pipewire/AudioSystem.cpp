@@ -205,13 +205,10 @@ OSStatus AudioSystem::write(AudioObjectID object, const AudioObjectPropertyAddre
     if (status != noErr)
         return status;
     // The answer to a question that was asked before the volume was set says nothing about it.
-    const auto isAnswered = [this] {
-        return parts_->connection.isQuiet() || !hasServer();
-    };
-    loop_.waitFor(isAnswered, kAnswerBound);
-    parts_->connection.ask();
-    loop_.waitFor(isAnswered, kAnswerBound);
-    return hasServer() ? noErr : kAudioHardwareNotRunningError;
+    const ServerConnection& connection = parts_->connection;
+    const ServerConnection::Question question = parts_->connection.askAnew();
+    loop_.waitFor([&] { return connection.isAnswered(question) || !hasServer(); }, kAnswerBound);
+    return connection.isAnswered(question) ? noErr : kAudioHardwareNotRunningError;
 }
 
 } // namespace orvanta::pipewire

@@ -4,6 +4,7 @@
 
 #include <pipewire/pipewire.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -96,6 +97,7 @@ void ServerConnection::connect() {
     absenceLogged_ = false;
     failures_ = 0;
     ++connections_;
+    answered_ = 0;
     roundsLeft_ = kRounds;
     pw_core_add_listener(core_, &coreHook_, &events, this);
     listener_.serverConnected(core_);
@@ -130,10 +132,17 @@ void ServerConnection::failed(std::uint32_t id, int result, const char* message)
 }
 
 void ServerConnection::ask() {
-    if (core_ == nullptr || probe_)
-        return;
-    probe_ = pw_core_sync(core_, PW_ID_CORE, 0);
-    silence_.set(kLongestSilence);
+    if (questions_.empty())
+        askAnew();
+}
+
+ServerConnection::Question ServerConnection::askAnew() {
+    if (core_ == nullptr)
+        return {};
+    questions_.push_back(pw_core_sync(core_, PW_ID_CORE, 0));
+    if (!silence_.isSet())
+        silence_.set(kLongestSilence);
+    return {connections_, answered_ + questions_.size()};
 }
 
 /// Some errors about the core are about one request, others mean that nothing will come any more,
@@ -147,10 +156,15 @@ void ServerConnection::probe() {
 }
 
 void ServerConnection::answered(int sequence) {
-    if (probe_ != sequence)
+    const auto found = std::find(questions_.begin(), questions_.end(), sequence);
+    if (found == questions_.end())
         return;
-    probe_.reset();
+    // The server answers in the order in which it was asked.
+    answered_ += static_cast<std::uint64_t>(found - questions_.begin()) + 1;
+    questions_.erase(questions_.begin(), found + 1);
     silence_.cancel();
+    if (!questions_.empty())
+        silence_.set(kLongestSilence);
     isDoubtful_ = false;
     if (std::exchange(isSilent_, false)) {
         logger_.info("The PipeWire server answers again");
@@ -174,7 +188,7 @@ void ServerConnection::lose() {
         return;
     logger_.error("The connection to the PipeWire server is lost");
     roundsLeft_ = 0;
-    probe_.reset();
+    questions_.clear();
     isDoubtful_ = false;
     isSilent_ = false;
     silence_.cancel();

@@ -6,7 +6,8 @@
 #include <spa/utils/hook.h>
 
 #include <chrono>
-#include <optional>
+#include <cstdint>
+#include <deque>
 #include <string>
 
 struct pw_core;
@@ -59,12 +60,24 @@ public:
         return attempted_ && (core_ == nullptr || hasAnswered() || isSilent_);
     }
 
-    /// Asks the server for a sign of life. Where none comes for a second and a half, `isAnswering`
-    /// turns false until one comes after all.
+    /// A question to one server. Its answer says that everything is done that was asked before it.
+    struct Question {
+        std::uint64_t connection = 0;
+        std::uint64_t number = 0;
+    };
+
+    /// Asks the server for a sign of life, unless it owes one. Where none comes for a second and a
+    /// half, `isAnswering` turns false until one comes after all.
     void ask();
 
-    /// Whether everything that was asked is answered.
-    [[nodiscard]] bool isQuiet() const { return !probe_; }
+    /// The same, but asks even if the server still owes an answer to an earlier question.
+    Question askAnew();
+
+    /// False also if the server that was asked is gone.
+    [[nodiscard]] bool isAnswered(const Question& question) const {
+        return core_ != nullptr && question.connection == connections_ &&
+               question.number <= answered_;
+    }
 
     /// How many times a server was reached.
     [[nodiscard]] std::uint64_t connections() const { return connections_; }
@@ -92,7 +105,10 @@ private:
     ControlTimer loss_;
     /// Runs while the server owes an answer.
     ControlTimer silence_;
-    std::optional<int> probe_;
+    /// The sequence numbers of the unanswered questions, in the order in which they were asked.
+    std::deque<int> questions_;
+    /// How many questions were answered on this connection.
+    std::uint64_t answered_ = 0;
     /// The server has reported an error about the connection and not answered since.
     bool isDoubtful_ = false;
     bool isSilent_ = false;

@@ -80,5 +80,39 @@ TEST(ServerConnection, IsLostWhenTheServerIsSilentAfterAnError) {
     connection.reset();
 }
 
+TEST(ServerConnection, KnowsWhichOfSeveralQuestionsIsAnswered) {
+    const TemporaryDirectory directory;
+    const std::string path = (directory.path() / "silent").string();
+    const SilentServer server(path);
+    RecordingLog log;
+    const Logger logger(log, "test");
+    Told told;
+    pipewire::ControlLoop loop;
+    ASSERT_TRUE(loop.isUsable());
+    auto connection =
+        std::make_unique<pipewire::ServerConnection>(loop, path, "test", told, logger);
+    ASSERT_TRUE(loop.start());
+    ASSERT_TRUE(eventually(Seconds(10), [&] { return told.connected == 1; }));
+    {
+        const pipewire::ControlLoop::Lock lock(loop);
+        const int sequence = pw_core_sync(connection->core(), PW_ID_CORE, 0);
+        const auto first = connection->askAnew();
+        const auto second = connection->askAnew();
+        const auto answer = [&](int question) {
+            auto* proxy = reinterpret_cast<pw_proxy*>(connection->core());
+            pw_proxy_notify(proxy, pw_core_events, done, 0, PW_ID_CORE, question);
+        };
+        answer(sequence);
+        EXPECT_FALSE(connection->isAnswered(first));
+        answer(sequence + 1);
+        EXPECT_TRUE(connection->isAnswered(first));
+        EXPECT_FALSE(connection->isAnswered(second));
+        answer(sequence + 2);
+        EXPECT_TRUE(connection->isAnswered(second));
+    }
+    loop.stop();
+    connection.reset();
+}
+
 } // namespace
 } // namespace orvanta::test
