@@ -233,13 +233,19 @@ std::vector<const ServerNode*> ServerMirror::playback() const {
     return found;
 }
 
+std::vector<const ServerNode*> ServerMirror::targetsOf(std::uint32_t nodeId) const {
+    std::vector<const ServerNode*> targets;
+    for (const auto& [id, link] : links_)
+        if (link.outputNode == nodeId)
+            if (const ServerNode* target = nodeWithId(link.inputNode); target != nullptr)
+                targets.push_back(target);
+    return targets;
+}
+
 bool ServerMirror::feedsDevice(std::uint32_t nodeId) const {
-    return std::any_of(links_.begin(), links_.end(), [&](const auto& entry) {
-        if (entry.second.outputNode != nodeId)
-            return false;
-        const ServerNode* target = nodeWithId(entry.second.inputNode);
-        return target != nullptr && target->kind == NodeKind::device;
-    });
+    const auto targets = targetsOf(nodeId);
+    return std::any_of(targets.begin(), targets.end(),
+                       [](const ServerNode* target) { return target->kind == NodeKind::device; });
 }
 
 const ServerNode* ServerMirror::nodeWithId(std::uint32_t id) const {

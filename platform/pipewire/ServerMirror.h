@@ -50,6 +50,9 @@ public:
 
     [[nodiscard]] const std::map<std::uint32_t, ServerLink>& links() const { return links_; }
 
+    /// The nodes that the outputs of this one are linked to; one for every link.
+    [[nodiscard]] std::vector<const ServerNode*> targetsOf(std::uint32_t nodeId) const;
+
     /// Whether an output of this node is linked to a device.
     [[nodiscard]] bool feedsDevice(std::uint32_t nodeId) const;
 

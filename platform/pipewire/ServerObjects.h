@@ -2,6 +2,7 @@
 
 #include "platform/pipewire/PropertyMap.h"
 
+#include <pipewire/keys.h>
 #include <pipewire/node.h>
 
 #include <cstdint>
@@ -38,6 +39,14 @@ struct ServerNode {
     /// Linear factors, one for every channel; empty until the server has told.
     std::vector<float> channelVolumes;
 };
+
+/// Whether what is linked into this node may be heard by somebody. Recordings and microphones that
+/// a program made take sound in without playing it; of everything else, devices that are no sinks
+/// and other programs' filters among it, nobody here can tell.
+[[nodiscard]] inline bool mayBeHeard(const ServerNode& node) {
+    return node.kind != NodeKind::inputStream &&
+           !node.properties.text(PW_KEY_MEDIA_CLASS).starts_with("Audio/Source");
+}
 
 struct ServerClient {
     std::uint32_t id = 0;

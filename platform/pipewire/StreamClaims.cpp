@@ -37,7 +37,7 @@ void StreamClaims::update(const std::vector<NodeRef>& streams, Time now) {
             continue;
         }
         if (!found->second.hasArrived)
-            found->second.hasArrived = feedsTap(stream) && !mirror_.feedsDevice(stream.id);
+            found->second.hasArrived = feedsTap(stream) && !isHeardBeside(stream);
         defend(stream, found->second, now);
     }
     isStale_ = false;
@@ -96,17 +96,21 @@ void StreamClaims::defend(const NodeRef& stream, Claim& claim, Time now) {
 }
 
 bool StreamClaims::feedsTap(const NodeRef& stream) const {
-    const auto& links = mirror_.links();
-    return std::any_of(links.begin(), links.end(), [&](const auto& entry) {
-        if (entry.second.outputNode != stream.id)
-            return false;
-        const ServerNode* target = mirror_.nodeWithId(entry.second.inputNode);
-        return target != nullptr && target->properties.text(PW_KEY_NODE_NAME) == ours_.value;
+    const auto targets = mirror_.targetsOf(stream.id);
+    return std::any_of(targets.begin(), targets.end(), [this](const ServerNode* target) {
+        return target->properties.text(PW_KEY_NODE_NAME) == ours_.value;
+    });
+}
+
+bool StreamClaims::isHeardBeside(const NodeRef& stream) const {
+    const auto targets = mirror_.targetsOf(stream.id);
+    return std::any_of(targets.begin(), targets.end(), [this](const ServerNode* target) {
+        return mayBeHeard(*target) && target->properties.text(PW_KEY_NODE_NAME) != ours_.value;
     });
 }
 
 bool StreamClaims::isStraggler(const NodeRef& stream, const Claim& claim) const {
-    return !claim.hasArrived && !claim.isLeftAlone && mirror_.feedsDevice(stream.id);
+    return !claim.hasArrived && !claim.isLeftAlone && isHeardBeside(stream);
 }
 
 bool StreamClaims::haveArrived() const {

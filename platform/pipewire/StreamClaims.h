@@ -60,6 +60,7 @@ private:
     void claim(const NodeRef& stream);
     void defend(const NodeRef& stream, Claim& claim, Time now);
     [[nodiscard]] bool feedsTap(const NodeRef& stream) const;
+    [[nodiscard]] bool isHeardBeside(const NodeRef& stream) const;
     [[nodiscard]] bool isStraggler(const NodeRef& stream, const Claim& claim) const;
     void giveBack(const NodeRef& stream, const Claim& claim);
     void remindOfChoice(const NodeRef& stream);

@@ -38,14 +38,34 @@ protected:
             EXPECT_FALSE(graph().metadata("default", stream.id, "target.object").has_value());
     }
 
-    void linkByHand(const std::string& device) const {
-        const GraphObject stream = graph().playbackNodes(::getpid()).at(0);
+    /// The stream of that name, or the only one there is.
+    [[nodiscard]] GraphObject streamNamed(const std::string& name) const {
+        for (const GraphObject& stream : graph().playbackNodes(::getpid()))
+            if (name.empty() || stream.get("node.name") == name)
+                return stream;
+        throw std::runtime_error("no stream " + name);
+    }
+
+    void linkByHand(const std::string& node, const std::string& name = {}) const {
+        const GraphObject stream = streamNamed(name);
         graph().await("the stream has ports",
                       [&] { return graph().outputPorts(stream.id).size() == 2; });
         const auto outputs = graph().outputPorts(stream.id);
-        const auto inputs = graph().inputPorts(graph().node(device)->id);
+        const auto inputs = graph().inputPorts(graph().node(node)->id);
         for (std::size_t channel = 0; channel < outputs.size(); ++channel)
             graph().link(outputs[channel], inputs.at(channel));
+    }
+
+    /// A node of another class than devices have, and waits until it takes two channels.
+    [[nodiscard]] std::unique_ptr<OwnSink> plugNode(const std::string& name,
+                                                    const std::string& mediaClass) const {
+        auto sink = std::make_unique<OwnSink>(Properties{
+            {"node.name", name}, {"media.class", mediaClass}, {"priority.session", "100"}});
+        graph().await(name + " has ports", [&] {
+            const auto node = graph().node(name);
+            return node && graph().inputPorts(node->id).size() == 2;
+        });
+        return sink;
     }
 
     [[nodiscard]] std::ptrdiff_t timesLogged(const std::string& end) const {
@@ -134,6 +154,32 @@ TEST_F(PipeWireStubbornStreams, ThatAreAlsoLinkedByHandAreNotTapped) {
     EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
     EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
     awaitAllPlayTo(1, {"headphones", "speakers"});
+}
+
+/// A duplex device has inputs like any other, and is none of those that are listed.
+TEST_F(PipeWireStubbornStreams, ThatAreAlsoLinkedToADuplexDeviceAreNotTapped) {
+    const auto duplex = plugNode("duplex", "Audio/Duplex");
+    const OwnStream stream;
+    awaitAllPlayTo(1, {"speakers"});
+    linkByHand("duplex");
+    awaitAllPlayTo(1, {"duplex", "speakers"});
+    awaitDevice("speakers");
+    EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
+    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
+    awaitAllPlayTo(1, {"duplex", "speakers"});
+}
+
+/// Nobody hears what a recorder takes from a stream.
+TEST_F(PipeWireStubbornStreams, AreNotThoseThatAreRecorded) {
+    const auto recorder = plugNode("recorder", "Stream/Input/Audio");
+    const OwnStream stream;
+    awaitAllPlayTo(1, {"speakers"});
+    linkByHand("recorder");
+    awaitAllPlayTo(1, {"recorder", "speakers"});
+    awaitDevice("speakers");
+    const PlayedTap tap(hardware(), ownProcess(), "speakers");
+    const std::string tapName = tapNodes().at(0).get("node.name");
+    awaitAllPlayTo(1, {tapName, "recorder"});
 }
 
 /// There is nothing in encoded sound that a volume could be applied to, and the session manager
