@@ -169,7 +169,7 @@ OSStatus Aggregates::awaitStreams(AudioObjectID device, AudioDeviceIOProcID proc
         return surroundings_.connection.isAnswering() && surroundings_.mirror.defaults().isBound();
     };
     const auto isDecided = [&] {
-        return tap->isProven() || tap->hasItsStreams() || !isReachable();
+        return tap->isProven() || tap->hasItsStreams() || tap->isReleased() || !isReachable();
     };
     surroundings_.loop.waitFor(isDecided, kArrivalBound);
     // Without the session manager's notes nothing was claimed, so nothing that is missing tells.

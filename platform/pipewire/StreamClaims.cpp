@@ -33,25 +33,42 @@ void StreamClaims::update(const std::vector<NodeRef>& streams, Time now) {
             continue;
         const auto found = claims_.find(stream);
         if (found == claims_.end()) {
-            claim(stream);
+            notice(stream, claim(stream), now);
             continue;
         }
-        if (!found->second.hasArrived)
-            found->second.hasArrived = feedsTap(stream) && !isHeardBeside(stream);
+        notice(stream, found->second, now);
         defend(stream, found->second, now);
     }
     isStale_ = false;
 }
 
-void StreamClaims::claim(const NodeRef& stream) {
+void StreamClaims::tryAgain() {
+    std::erase_if(claims_, [](const auto& entry) { return entry.second.isLeftAlone; });
+}
+
+void StreamClaims::metadataLost() {
+    isStale_ = true;
+    excuseStragglers();
+}
+
+StreamClaims::Claim& StreamClaims::claim(const NodeRef& stream) {
     Claim claim;
     claim.previous = metadata_.value(stream.id, kTargetKey);
     // A tap is no place to go back to.
     if (isTapName(claim.previous.value))
         claim.previous = {};
-    claims_.emplace(stream, std::move(claim));
     metadata_.set(stream.id, kTargetKey, ours_);
     remindOfChoice(stream);
+    return claims_.emplace(stream, std::move(claim)).first->second;
+}
+
+void StreamClaims::notice(const NodeRef& stream, Claim& claim, Time now) const {
+    if (!isHeardBeside(stream)) {
+        claim.besideSince.reset();
+        claim.hasArrived = claim.hasArrived || feedsTap(stream);
+    } else if (!claim.besideSince) {
+        claim.besideSince = now;
+    }
 }
 
 /// The session manager takes every new target for the user's will, and has just forgotten which
@@ -115,21 +132,31 @@ bool StreamClaims::isStraggler(const NodeRef& stream, const Claim& claim) const 
 
 bool StreamClaims::haveArrived() const {
     return std::none_of(claims_.begin(), claims_.end(), [this](const auto& entry) {
+        const auto& [stream, claim] = entry;
+        return (claim.isLeftAlone || !claim.hasArrived) && isHeardBeside(stream);
+    });
+}
+
+bool StreamClaims::hasStragglers() const {
+    return std::any_of(claims_.begin(), claims_.end(), [this](const auto& entry) {
         return isStraggler(entry.first, entry.second);
     });
 }
 
-bool StreamClaims::leaveStragglers() {
-    bool anyLeft = false;
+void StreamClaims::leaveStragglers(Time now) {
     for (auto& [stream, claim] : claims_) {
-        if (!isStraggler(stream, claim))
+        if (!isStraggler(stream, claim) || !claim.besideSince ||
+            now - *claim.besideSince < kLatestArrival)
             continue;
         logger_.error("Stream %u does not come to the tap, leaving it alone", stream.id);
         giveBack(stream, claim);
         claim.isLeftAlone = true;
-        anyLeft = true;
     }
-    return anyLeft;
+}
+
+void StreamClaims::excuseStragglers() {
+    for (auto& [stream, claim] : claims_)
+        claim.besideSince.reset();
 }
 
 void StreamClaims::release() {

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -32,19 +33,29 @@ public:
 
     void claimAll() { deferred_.clear(); }
 
+    /// Lets the next `update` claim also those that were left alone.
+    void tryAgain();
+
     /// Claims the given streams, all that the tapped processes have now, and gives back others.
     void update(const std::vector<NodeRef>& streams, Time now);
 
-    /// Whether no claimed stream is still on a device. The session manager moves them a moment
-    /// after the claim, or not at all: encoded sound cannot come to a tap, and a link that was made
-    /// by hand stays.
+    /// Whether the tap has all of them: none is heard beside it that has not come or was left
+    /// alone. The session manager moves them a moment after the claim, or not at all: encoded sound
+    /// cannot come to a tap, and a link that was made by hand stays.
     [[nodiscard]] bool haveArrived() const;
 
-    /// Gives up those that have not arrived, and says whether there were any.
-    bool leaveStragglers();
+    /// Whether there are streams that may yet come and are heard beside the tap meanwhile.
+    [[nodiscard]] bool hasStragglers() const;
+
+    /// Gives up those that were heard beside the tap for as long as this, by the times of `update`.
+    static constexpr std::chrono::milliseconds kLatestArrival{2000};
+    void leaveStragglers(Time now);
+
+    /// Those that have not come were not able to: their time begins anew with the next `update`.
+    void excuseStragglers();
 
     /// The session manager has lost all notes: the next `update` writes them again.
-    void metadataLost() { isStale_ = true; }
+    void metadataLost();
 
     /// Puts back where every stream was to play before, or what another program has wanted since.
     void release();
@@ -55,9 +66,12 @@ private:
         RateLimit takeBacks{3, std::chrono::seconds(10)};
         bool hasArrived = false;
         bool isLeftAlone = false;
+        /// Since when it is heard beside the tap.
+        std::optional<Time> besideSince;
     };
 
-    void claim(const NodeRef& stream);
+    Claim& claim(const NodeRef& stream);
+    void notice(const NodeRef& stream, Claim& claim, Time now) const;
     void defend(const NodeRef& stream, Claim& claim, Time now);
     [[nodiscard]] bool feedsTap(const NodeRef& stream) const;
     [[nodiscard]] bool isHeardBeside(const NodeRef& stream) const;

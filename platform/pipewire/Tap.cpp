@@ -8,8 +8,8 @@ namespace {
 /// A program whose tap nobody plays falls silent after this at the latest.
 constexpr std::chrono::milliseconds kLatestClaim{100};
 
-/// A stream that the session manager has not moved by then is none that it moves.
-constexpr std::chrono::milliseconds kLatestArrival{2000};
+/// How often to look whether streams that may yet come are late.
+constexpr std::chrono::milliseconds kArrivalCheck{500};
 
 /// How long a tap that nobody plays keeps its links.
 constexpr std::chrono::milliseconds kLatestUnlink{100};
@@ -27,7 +27,7 @@ Tap::Tap(Surroundings& surroundings, AudioObjectID id, CATapDescription descript
       nodeName_(std::move(nodeName)),
       claims_(surroundings.mirror, nodeName_, surroundings.logger),
       claimTimer_(surroundings.loop, [this] { claimStreams(); }),
-      arrivalTimer_(surroundings.loop, [this] { leaveStragglers(); }),
+      arrivalTimer_(surroundings.loop, [this] { checkArrivals(); }),
       unlinkTimer_(surroundings.loop, [this] { playOn({}); }),
       retryTimer_(surroundings.loop, [this] { surroundings_.changed(); }),
       exports_(5, std::chrono::seconds(10)),
@@ -76,17 +76,36 @@ void Tap::updateExport() {
 }
 
 void Tap::updateClaims() {
-    if (!surroundings_.mirror.defaults().isBound())
+    if (!surroundings_.mirror.defaults().isBound()) {
         claims_.metadataLost();
-    else if (exported_ != nullptr && !isReleased_ && !isStoodDown_) {
+        arrivalTimer_.cancel();
+    } else if (exported_ != nullptr && !isReleased_ && !isStoodDown_) {
         const StreamChoice choice = chooseStreams();
         leave(choice.toLeave);
         claims_.update(choice.toClaim, std::chrono::steady_clock::now());
-        if (claims_.haveArrived())
+        if (!claims_.hasStragglers())
             arrivalTimer_.cancel();
         else if (!arrivalTimer_.isSet())
-            arrivalTimer_.set(kLatestArrival);
+            watchArrivals();
     }
+}
+
+void Tap::watchArrivals() {
+    // A server that stands still is not asked more and more.
+    if (!arrivalQuestion_ || surroundings_.connection.isAnswered(*arrivalQuestion_))
+        arrivalQuestion_ = surroundings_.connection.askAnew();
+    arrivalTimer_.set(kArrivalCheck);
+}
+
+/// A server that stands still moves nothing, and only its answer tells that it does not. Nor does
+/// anything come to a tap whose node is out of the server.
+void Tap::checkArrivals() {
+    if (exported_ != nullptr && surroundings_.connection.isAnswered(*arrivalQuestion_))
+        claims_.leaveStragglers(std::chrono::steady_clock::now());
+    else
+        claims_.excuseStragglers();
+    updateClaims();
+    surroundings_.loop.changed();
 }
 
 /// Nobody is to wonder why a tapped program is heard at its own volume.
@@ -96,11 +115,6 @@ void Tap::leave(const std::vector<NodeRef>& streams) {
             surroundings_.logger.error("Stream %u cannot be moved and is heard beside the tap '%s'",
                                        stream.id, description_.name().c_str());
     left_ = {streams.begin(), streams.end()};
-}
-
-void Tap::leaveStragglers() {
-    hasStragglers_ = claims_.leaveStragglers() || hasStragglers_;
-    surroundings_.loop.changed();
 }
 
 void Tap::updateLinks() {
@@ -153,11 +167,17 @@ void Tap::serverLost() {
     links_.clear();
     exported_.reset();
     claims_.metadataLost();
+    arrivalTimer_.cancel();
+    arrivalQuestion_.reset();
 }
 
 void Tap::claimStreams() {
     claimTimer_.cancel();
+    isStoodDown_ = isReleased_;
     claims_.claimAll();
+    // What a tap in use has lost to another program is not fought over at every re-route.
+    if (!isProven_)
+        claims_.tryAgain();
     updateClaims();
 }
 

@@ -48,14 +48,14 @@ public:
     void claimStreams();
 
     /// Whether the streams have left their devices for the tap.
-    [[nodiscard]] bool hasItsStreams() const { return claims_.haveArrived() && !hasStragglers_; }
+    [[nodiscard]] bool hasItsStreams() const { return !isStoodDown_ && claims_.haveArrived(); }
 
     /// Whether it was said once that the tap has its streams. Those that open later do not undo it.
     [[nodiscard]] bool isProven() const { return isProven_; }
 
     void prove() { isProven_ = true; }
 
-    /// Gives the streams back and claims none any more, although the tap still is one.
+    /// Gives the streams back and claims none until `claimStreams`, although the tap still is one.
     void standDown();
 
     /// The same for a tap that nobody has any use for.
@@ -94,7 +94,8 @@ public:
 private:
     [[nodiscard]] StreamChoice chooseStreams() const;
     void leave(const std::vector<NodeRef>& streams);
-    void leaveStragglers();
+    void watchArrivals();
+    void checkArrivals();
     [[nodiscard]] bool mayLinkTo(const ServerNode& device) const;
     [[nodiscard]] const ServerNode* deviceToLink();
     void updateExport();
@@ -111,13 +112,14 @@ private:
     std::uint64_t linkedGeneration_ = 0;
     bool isReleased_ = false;
     bool isStoodDown_ = false;
-    bool hasStragglers_ = false;
     bool isProven_ = false;
     StreamClaims claims_;
     /// Streams that play beside the tap, which was told in the log.
     std::set<NodeRef> left_;
     ControlTimer claimTimer_;
     ControlTimer arrivalTimer_;
+    /// Asked when `arrivalTimer_` was set.
+    std::optional<ServerConnection::Question> arrivalQuestion_;
     ControlTimer unlinkTimer_;
     ControlTimer retryTimer_;
     bool wasTakenOut_ = false;

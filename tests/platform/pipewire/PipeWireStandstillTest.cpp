@@ -183,6 +183,18 @@ TEST_F(PipeWireStandstill, LeavesATapThatGoesOnAfterIt) {
     awaitTapped(::getpid(), "speakers");
 }
 
+/// Nobody asks the server anything meanwhile, so nobody but the tap itself can notice.
+TEST_F(PipeWireStandstill, DoesNotMakeATapGiveUpItsStreams) {
+    meet();
+    AudioObjectID tap = kAudioObjectUnknown;
+    ASSERT_EQ(createTap(tap), noErr);
+    server_.freezeServer();
+    letTimePass(Seconds(3.0));
+    server_.thawServer();
+    graph().await("there is a tap", [&] { return tapNodes().size() == 1; });
+    awaitPlaysTo(::getpid(), tapNodes().at(0).get("node.name"));
+}
+
 TEST_F(PipeWireStandstill, IsOverForWhoeverListensToTheLists) {
     meet();
     std::atomic<int> told{0};
