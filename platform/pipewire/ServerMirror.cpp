@@ -242,6 +242,12 @@ std::vector<const ServerNode*> ServerMirror::targetsOf(std::uint32_t nodeId) con
     return targets;
 }
 
+bool ServerMirror::isHeard(std::uint32_t nodeId) const {
+    const auto targets = targetsOf(nodeId);
+    return std::any_of(targets.begin(), targets.end(),
+                       [](const ServerNode* target) { return mayBeHeard(*target); });
+}
+
 bool ServerMirror::feedsDevice(std::uint32_t nodeId) const {
     const auto targets = targetsOf(nodeId);
     return std::any_of(targets.begin(), targets.end(),

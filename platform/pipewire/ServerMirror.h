@@ -53,6 +53,9 @@ public:
     /// The nodes that the outputs of this one are linked to; one for every link.
     [[nodiscard]] std::vector<const ServerNode*> targetsOf(std::uint32_t nodeId) const;
 
+    /// Whether an output of this node is linked to anything that may be heard.
+    [[nodiscard]] bool isHeard(std::uint32_t nodeId) const;
+
     /// Whether an output of this node is linked to a device.
     [[nodiscard]] bool feedsDevice(std::uint32_t nodeId) const;
 

@@ -7,6 +7,7 @@
 #include "platform/pipewire/PropertyListeners.h"
 #include "platform/pipewire/ServerConnection.h"
 #include "platform/pipewire/ServerMirror.h"
+#include "platform/pipewire/StreamChoice.h"
 
 #include <algorithm>
 #include <functional>
@@ -27,15 +28,15 @@ struct Surroundings {
     /// Asks for everything to be brought up to date soon, on the control thread.
     std::function<void()> changed;
 
-    /// What these processes play through.
-    [[nodiscard]] std::vector<const ServerNode*>
-    playbackOf(const std::vector<AudioObjectID>& owners) const {
-        std::vector<const ServerNode*> found = mirror.playback();
-        std::erase_if(found, [&](const ServerNode* node) {
+    /// Which of the nodes that these processes play through a tap can have.
+    [[nodiscard]] StreamChoice chooseStreams(const std::vector<AudioObjectID>& owners) const {
+        std::vector<const ServerNode*> playback = mirror.playback();
+        std::erase_if(playback, [&](const ServerNode* node) {
             return std::find(owners.begin(), owners.end(), processes.ownerOf(node->ref)) ==
                    owners.end();
         });
-        return found;
+        return pipewire::chooseStreams(
+            playback, [this](const ServerNode& node) { return mirror.isHeard(node.ref.id); });
     }
 
     /// Another number after every restart of the server or the session manager.

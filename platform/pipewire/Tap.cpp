@@ -194,7 +194,7 @@ void Tap::release() {
 }
 
 StreamChoice Tap::chooseStreams() const {
-    return pipewire::chooseStreams(surroundings_.playbackOf(description_.processes()));
+    return surroundings_.chooseStreams(description_.processes());
 }
 
 bool Tap::isFed() const {

@@ -52,7 +52,7 @@ OSStatus Taps::check(const CATapDescription& description) const {
 }
 
 OSStatus Taps::checkStreams(const CATapDescription& description) const {
-    const StreamChoice choice = chooseStreams(surroundings_.playbackOf(description.processes()));
+    const StreamChoice choice = surroundings_.chooseStreams(description.processes());
     if (choice.toLeave.empty())
         return noErr;
     surroundings_.logger.error("Stream %u cannot be moved, so there is no tap '%s'",

@@ -182,6 +182,22 @@ TEST_F(PipeWireStubbornStreams, AreNotThoseThatAreRecorded) {
     awaitAllPlayTo(1, {tapName, "recorder"});
 }
 
+TEST_F(PipeWireStubbornStreams, ThatAreLinkedByHandStandInNobodysWayUntilTheyAre) {
+    const OwnStream usual;
+    awaitAllPlayTo(1, {"speakers"});
+    const OwnStream silent(Properties{{"node.name", "silent"}, {"node.autoconnect", "false"}});
+    graph().await("there are two streams",
+                  [&] { return graph().playbackNodes(::getpid()).size() == 2; });
+    awaitDevice("speakers");
+    const PlayedTap tap(hardware(), ownProcess(), "speakers");
+    EXPECT_TRUE(eventually(soon, [&] { return tap.input() == OwnStream::level; }));
+    EXPECT_EQ(timesLogged("cannot be moved and is heard beside the tap 'Played tap'"), 0);
+    linkByHand("speakers", "silent");
+    EXPECT_TRUE(eventually(soon, [&] {
+        return timesLogged("cannot be moved and is heard beside the tap 'Played tap'") == 1;
+    }));
+}
+
 /// There is nothing in encoded sound that a volume could be applied to, and the session manager
 /// knows.
 TEST_F(PipeWireStubbornStreams, ThatCarryEncodedSoundAreNotTapped) {
