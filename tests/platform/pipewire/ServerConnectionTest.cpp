@@ -100,6 +100,8 @@ TEST(ServerConnection, KnowsWhichOfSeveralQuestionsIsAnswered) {
         const auto second = connection->askAnew();
         const auto answer = [&](int question) {
             auto* proxy = reinterpret_cast<pw_proxy*>(connection->core());
+            // The cast is the macro's own.
+            // NOLINTNEXTLINE(modernize-use-auto)
             pw_proxy_notify(proxy, pw_core_events, done, 0, PW_ID_CORE, question);
         };
         answer(sequence);
