@@ -115,7 +115,7 @@ TEST_P(RealPrograms, AreHeardAtTheVolumeOfTheirTap) {
     mixer().tap(pid, volume);
     awaitTapped(pid);
 
-    expectTheStreamTimes(volume, pid);
+    expectTheStreamTimes(static_cast<double>(volume), pid);
 
     mixer().manager().removeTap(pid);
     awaitOnly(pid, "speakers");
@@ -182,7 +182,7 @@ TEST_P(ReopeningPrograms, StayTapped) {
     });
 
     awaitTapped(pid);
-    expectTheStreamTimes(volume, pid);
+    expectTheStreamTimes(static_cast<double>(volume), pid);
 }
 
 class ProgramsOnTwoDevices : public EndToEndTest {};
