@@ -29,6 +29,10 @@ public:
     void pause();
     void resume();
 
+    void kill() { program_.kill(); }
+
+    [[nodiscard]] bool isRunning() { return program_.isRunning(); }
+
     [[nodiscard]] pid_t pid() const { return program_.pid(); }
 
     [[nodiscard]] const NoiseSignal& noise() const { return noise_; }
