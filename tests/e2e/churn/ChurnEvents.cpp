@@ -204,8 +204,22 @@ void ChurnedAudio::bringBackSessionManager() {
         takeAway(device);
     // It would wait for ever for the ports of a sink that goes while it starts.
     awaitNoTapNodes();
-    server_.startSessionManager();
+    startSessionManager();
     plugAll(lost);
+}
+
+void ChurnedAudio::startSessionManager() {
+    constexpr int mostStarts = 4;
+    for (int left = mostStarts; left > 0; --left) {
+        try {
+            server_.startSessionManager();
+            return;
+        } catch (const std::runtime_error& failure) {
+            journal_.note(std::string("the session manager does not get going: ") + failure.what());
+            ++stuckStarts_;
+        }
+    }
+    throw std::runtime_error("no session manager gets going");
 }
 
 void ChurnedAudio::restartServer() {
@@ -215,7 +229,7 @@ void ChurnedAudio::restartServer() {
     server_.killServer();
     letTimePass(Seconds(longestWithoutDevice * static_cast<double>(below(100)) / 100));
     server_.startServer();
-    server_.startSessionManager();
+    startSessionManager();
     server_.startPulseBridge();
     reconnectGraph();
     devices_.clear();

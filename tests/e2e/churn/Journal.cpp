@@ -5,19 +5,28 @@
 
 namespace orvanta::test {
 
+namespace {
+
+constexpr std::size_t mostRounds = 20;
+
+} // namespace
+
 void Journal::beginRound(int round) {
-    lines_.push_back("-- round " + std::to_string(round));
+    if (rounds_.size() == mostRounds)
+        rounds_.pop_front();
+    rounds_.emplace_back().push_back("-- round " + std::to_string(round));
 }
 
 void Journal::note(const std::string& what) {
     std::ostringstream line;
     line << std::fixed << std::setprecision(3) << monotonicSeconds() - start_ << " s  " << what;
-    lines_.push_back(line.str());
+    rounds_.back().push_back(line.str());
 }
 
 std::ostream& operator<<(std::ostream& stream, const Journal& journal) {
-    for (const std::string& line : journal.lines_)
-        stream << line << "\n";
+    for (const auto& round : journal.rounds_)
+        for (const std::string& line : round)
+            stream << line << "\n";
     return stream;
 }
 
