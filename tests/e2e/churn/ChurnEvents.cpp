@@ -209,17 +209,25 @@ void ChurnedAudio::bringBackSessionManager() {
 }
 
 void ChurnedAudio::startSessionManager() {
-    constexpr int mostStarts = 4;
-    for (int left = mostStarts; left > 0; --left) {
+    constexpr int mostStarts = 3;
+    for (int start = 1;; ++start) {
         try {
             server_.startSessionManager();
-            return;
+            break;
         } catch (const std::runtime_error& failure) {
-            journal_.note(std::string("the session manager does not get going: ") + failure.what());
+            if (start == mostStarts)
+                throw;
+            journal_.note(std::string("the session manager is stuck: ") + failure.what());
             ++stuckStarts_;
         }
+        server_.killSessionManager();
+        server_.killPulseBridge();
+        graph().synchronise();
+        graph().unplug("e2e-readiness");
+        awaitNoTapNodes();
     }
-    throw std::runtime_error("no session manager gets going");
+    if (!server_.isPulseBridgeRunning())
+        server_.startPulseBridge();
 }
 
 void ChurnedAudio::restartServer() {
@@ -228,10 +236,10 @@ void ChurnedAudio::restartServer() {
     wasDaemonRestarted_ = true;
     server_.killServer();
     letTimePass(Seconds(longestWithoutDevice * static_cast<double>(below(100)) / 100));
+    server_.killPulseBridge();
     server_.startServer();
-    startSessionManager();
-    server_.startPulseBridge();
     reconnectGraph();
+    startSessionManager();
     devices_.clear();
     plugAll(lost);
     startBystander();

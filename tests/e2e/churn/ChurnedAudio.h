@@ -55,10 +55,10 @@ private:
 
     // How it is done.
     void bringBackSessionManager();
-    /// PipeWire 0.3.65 keeps a client waiting that has bound the session's metadata until the
-    /// session manager answers, and the session manager until the owner of each stream that it asks
-    /// about answers. When both wait for one another no client is heard any more until the session
-    /// manager goes; then it is started once more.
+    /// PipeWire 0.3.65 hears a client that has bound the session's metadata no more until the
+    /// session manager has answered, and the session manager no more until the owner of a stream
+    /// that it asks about has. Now and then the Pulse bridge is both client and owner: they wait
+    /// for one another, and everybody else for them. Then both are started anew.
     void startSessionManager();
     void startBystander();
     void plugAll(const std::vector<std::string>& names);
