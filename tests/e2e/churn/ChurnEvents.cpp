@@ -204,42 +204,31 @@ void ChurnedAudio::bringBackSessionManager() {
         takeAway(device);
     // It would wait for ever for the ports of a sink that goes while it starts.
     awaitNoTapNodes();
-    startSessionManager();
+    try {
+        server_.startSessionManager();
+    } catch (const std::runtime_error& failure) {
+        journal_.note(std::string("the session manager is stuck: ") + failure.what());
+        ++stuckStarts_;
+        renewServer(lost);
+        return;
+    }
     plugAll(lost);
 }
 
-void ChurnedAudio::startSessionManager() {
-    constexpr int mostStarts = 3;
-    for (int start = 1;; ++start) {
-        try {
-            server_.startSessionManager();
-            break;
-        } catch (const std::runtime_error& failure) {
-            if (start == mostStarts)
-                throw;
-            journal_.note(std::string("the session manager is stuck: ") + failure.what());
-            ++stuckStarts_;
-        }
-        server_.killSessionManager();
-        server_.killPulseBridge();
-        graph().synchronise();
-        graph().unplug("e2e-readiness");
-        awaitNoTapNodes();
-    }
-    if (!server_.isPulseBridgeRunning())
-        server_.startPulseBridge();
+void ChurnedAudio::restartServer() {
+    journal_.note("restarting the server");
+    renewServer(devices_);
 }
 
-void ChurnedAudio::restartServer() {
-    const std::vector<std::string> lost = devices_;
-    journal_.note("restarting the server");
+void ChurnedAudio::renewServer(const std::vector<std::string>& devices) {
+    const std::vector<std::string> lost = devices;
     wasDaemonRestarted_ = true;
     server_.killServer();
     letTimePass(Seconds(longestWithoutDevice * static_cast<double>(below(100)) / 100));
-    server_.killPulseBridge();
     server_.startServer();
+    server_.startSessionManager();
+    server_.startPulseBridge();
     reconnectGraph();
-    startSessionManager();
     devices_.clear();
     plugAll(lost);
     startBystander();

@@ -80,6 +80,7 @@ std::size_t ChurnedAudio::below(std::size_t bound) {
 
 void ChurnedAudio::churn(int rounds) {
     Footprint before;
+    std::string descriptorsBefore;
     for (int round = 1; round <= rounds; ++round) {
         journal_.beginRound(round);
         mixer().forgetLog();
@@ -92,13 +93,23 @@ void ChurnedAudio::churn(int rounds) {
             recoverFromCrash();
             settle();
         }
-        if (round == warmUpRounds)
+        if (round == warmUpRounds) {
             before = footprintWithoutPrograms();
+            descriptorsBefore = openDescriptors();
+            start(std::nullopt);
+        }
     }
-    const Footprint after = footprintWithoutPrograms();
+    Footprint after = footprintWithoutPrograms();
+    // The ends of programs are still being heard of.
+    eventually(Seconds(5), [&] {
+        after = Footprint::now();
+        return after.descriptors <= before.descriptors;
+    });
     tell(rounds);
     std::cout << "before: " << before << "\nafter: " << after << "\n";
-    EXPECT_LE(after.descriptors, before.descriptors);
+    EXPECT_LE(after.descriptors, before.descriptors) << "before:\n"
+                                                     << descriptorsBefore << "after:\n"
+                                                     << openDescriptors();
 #ifdef ORVANTA_HAS_REALTIME_TRAP
     // Without sanitizers, whose heaps keep what is freed.
     constexpr std::size_t mebi = 1024UL * 1024UL;
@@ -316,9 +327,7 @@ Footprint ChurnedAudio::footprintWithoutPrograms() {
     while (devices_.size() > 1)
         takeAway(devices_.back());
     awaitNoTapNodes();
-    const Footprint footprint = Footprint::now();
-    start(std::nullopt);
-    return footprint;
+    return Footprint::now();
 }
 
 void ChurnedAudio::awaitNoTapNodes() const {

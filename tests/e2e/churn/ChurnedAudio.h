@@ -54,12 +54,12 @@ private:
     void recoverFromCrash();
 
     // How it is done.
-    void bringBackSessionManager();
     /// PipeWire 0.3.65 hears a client that has bound the session's metadata no more until the
     /// session manager has answered, and the session manager no more until the owner of a stream
-    /// that it asks about has. Now and then the Pulse bridge is both client and owner: they wait
-    /// for one another, and everybody else for them. Then both are started anew.
-    void startSessionManager();
+    /// that it asks about has. Now and then the Pulse bridge is both client and owner, and they
+    /// wait for one another, and everybody else for them; only a new server helps.
+    void bringBackSessionManager();
+    void renewServer(const std::vector<std::string>& devices);
     void startBystander();
     void plugAll(const std::vector<std::string>& names);
     void plugOne(const NullSink& sink);

@@ -32,6 +32,15 @@ Footprint Footprint::now() {
             .residentBytes = residentSize()};
 }
 
+std::string openDescriptors() {
+    std::string text;
+    for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code isGone;
+        text += std::filesystem::read_symlink(descriptor, isGone).string() + "\n";
+    }
+    return text;
+}
+
 std::ostream& operator<<(std::ostream& stream, const Footprint& footprint) {
     return stream << footprint.descriptors << " descriptors, " << footprint.heapBytes / kibi
                   << " KiB in use, " << footprint.residentBytes / kibi << " KiB resident";

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <ostream>
+#include <string>
 
 namespace orvanta::test {
 
@@ -13,6 +14,9 @@ struct Footprint {
 
     static Footprint now();
 };
+
+/// What this process's descriptors are, one a line.
+std::string openDescriptors();
 
 std::ostream& operator<<(std::ostream& stream, const Footprint& footprint);
 

@@ -39,8 +39,6 @@ public:
     /// False also when it has died of itself.
     [[nodiscard]] bool isSessionManagerRunning() { return sessionManager_->isRunning(); }
 
-    [[nodiscard]] bool isPulseBridgeRunning() { return pulseBridge_->isRunning(); }
-
     [[nodiscard]] const ChildProcess& server() const { return *server_; }
 
     /// For files of the test that shall vanish with the server.
