@@ -217,11 +217,10 @@ void ChurnedAudio::bringBackSessionManager() {
 
 void ChurnedAudio::restartServer() {
     journal_.note("restarting the server");
-    renewServer(devices_);
+    renewServer(std::exchange(devices_, {}));
 }
 
 void ChurnedAudio::renewServer(const std::vector<std::string>& devices) {
-    const std::vector<std::string> lost = devices;
     wasDaemonRestarted_ = true;
     server_.killServer();
     letTimePass(Seconds(longestWithoutDevice * static_cast<double>(below(100)) / 100));
@@ -229,8 +228,7 @@ void ChurnedAudio::renewServer(const std::vector<std::string>& devices) {
     server_.startSessionManager();
     server_.startPulseBridge();
     reconnectGraph();
-    devices_.clear();
-    plugAll(lost);
+    plugAll(devices);
     startBystander();
     replaceAll();
 }
@@ -278,8 +276,9 @@ void ChurnedAudio::plugOne(const NullSink& sink) {
     }
 }
 
-void ChurnedAudio::takeAway(const std::string& device) {
-    const std::string name = device;
+// By value: the name may be one of those that are struck out here.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+void ChurnedAudio::takeAway(std::string name) {
     journal_.note("unplugging " + name);
     for (ChurnProgram& program : programs_)
         program.route.deviceLeft(name, graph().defaultSink(), monotonicSeconds());

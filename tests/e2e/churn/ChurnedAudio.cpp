@@ -18,7 +18,7 @@ constexpr int roundsPerListening = 5;
 constexpr int roundsPerLeak = 10;
 constexpr std::size_t mostEventsPerRound = 3;
 constexpr double longestPause = 0.15;
-constexpr double bound = 3;
+constexpr double settleBound = 3;
 constexpr Seconds lookInterval{0.02};
 /// The engine's longest chain of delays, and what its calls take.
 constexpr Seconds passesTake{2.5};
@@ -147,7 +147,7 @@ void ChurnedAudio::settle() {
     double start = monotonicSeconds();
     for (auto left = misplaced(); !left.empty(); left = misplaced()) {
         letTimePass(lookInterval);
-        if (monotonicSeconds() < start + bound)
+        if (monotonicSeconds() < start + settleBound)
             continue;
         for (ChurnProgram* const program : left)
             tapAnew(*program);
@@ -184,7 +184,7 @@ std::string ChurnedAudio::fault(ChurnProgram& program) {
         if (!stream.isRunning || graph().targets(stream.id) != played)
             return "a stream does not run or runs elsewhere";
     if (played.size() != 1 || !played.front().starts_with(tapPrefix))
-        return "it plays past its tap";
+        return "it plays to " + (played.empty() ? "nothing" : played.front()) + ", not to its tap";
 
     const Route route = mixer().manager().getOutputDeviceUID(pid);
     if (!program.route.allows(route, monotonicSeconds()))
@@ -222,7 +222,7 @@ void ChurnedAudio::tapAnew(ChurnProgram& program) {
         mixer().logText().find("❌ Re-route failed for PID " + std::to_string(program.pid())) !=
         std::string::npos;
     if (!wasGivenUp)
-        throw std::runtime_error(wrong);
+        throw std::runtime_error(wrong + "\n" + graph().describe());
     tappedAnew_.push_back(wrong);
     forgetTap(program);
     tap(program);
@@ -320,7 +320,7 @@ void ChurnedAudio::measureLeak() {
 }
 
 Footprint ChurnedAudio::footprintWithoutPrograms() {
-    while (programs_.size() > 0) {
+    while (!programs_.empty()) {
         forgetTap(programs_.front());
         programs_.pop_front();
     }

@@ -59,12 +59,13 @@ private:
     /// that it asks about has. Now and then the Pulse bridge is both client and owner, and they
     /// wait for one another, and everybody else for them; only a new server helps.
     void bringBackSessionManager();
+    /// With these devices; it has none of the old ones any more.
     void renewServer(const std::vector<std::string>& devices);
     void startBystander();
     void plugAll(const std::vector<std::string>& names);
     void plugOne(const NullSink& sink);
     /// The program's tap loses the device when it plays there.
-    void takeAway(const std::string& device);
+    void takeAway(std::string name);
     void awaitNoTapNodes() const;
     /// Whether the last time is long enough ago; counts as one if so.
     [[nodiscard]] bool mayLoseAllDevices();
