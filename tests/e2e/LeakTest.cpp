@@ -1,5 +1,5 @@
 #include "tests/e2e/support/EndToEndTest.h"
-#include "tests/e2e/support/IdleShare.h"
+#include "tests/e2e/support/LeakBound.h"
 #include "tests/e2e/support/ProcessorLoad.h"
 
 #include <algorithm>
@@ -10,10 +10,7 @@ namespace orvanta::test {
 
 namespace {
 
-constexpr double framesPerMillisecond = 48.0;
 constexpr Seconds roundLength{0.3};
-constexpr double idleBoundMs = 20;
-constexpr double loadedBoundMs = 100;
 /// Sound leaks by whole cycles, so these have to be shorter than the bounds: 5.3 ms.
 constexpr std::uint32_t quantum = 256;
 
@@ -57,13 +54,6 @@ protected:
         std::cout << "; worst " << most << ", mean " << sum / static_cast<double>(rounds.size())
                   << "\n";
         return most;
-    }
-
-    /// The bound of an idle machine holds only on one: others may be at work on this one.
-    [[nodiscard]] static double boundAfter(const IdleShare& idle) {
-        const double share = idle.value();
-        std::cout << "the machine was idle for " << share * 100 << " % of the time\n";
-        return share > 0.5 ? idleBoundMs : loadedBoundMs;
     }
 
     std::vector<PassageCounts> reopenStreams(int rounds) {
@@ -124,7 +114,7 @@ TEST_F(Leaks, AreNoneOnAPlayingProgramAfterItsSwitch) {
 TEST_F(Leaks, StayBelowTheBoundWhenAProgramReopensStreams) {
     const IdleShare idle;
     const double leaked = worst("reopened, idle", reopenStreams(20));
-    EXPECT_LE(leaked, boundAfter(idle));
+    EXPECT_LE(leaked, leakBoundAfter(idle));
 }
 
 TEST_F(Leaks, AreOneCycleAtMostWhenCyclesAreLongerThanTheBound) {
@@ -132,25 +122,25 @@ TEST_F(Leaks, AreOneCycleAtMostWhenCyclesAreLongerThanTheBound) {
     graph().forceQuantum(longQuantum);
     const IdleShare idle;
     const double leaked = worst("reopened, idle, 1024 frames", reopenStreams(20));
-    EXPECT_LE(leaked, std::max(longQuantum / framesPerMillisecond, boundAfter(idle)));
+    EXPECT_LE(leaked, leakBoundAfter(idle, longQuantum));
 }
 
 TEST_F(Leaks, StayBelowTheBoundWhenAProgramReopensStreamsOnABusyMachine) {
     const ProcessorLoad load(4);
-    EXPECT_LE(worst("reopened, 4 hogs", reopenStreams(10)), loadedBoundMs);
+    EXPECT_LE(worst("reopened, 4 hogs", reopenStreams(10)), loadedLeakBoundMs);
 }
 
 TEST_F(Leaks, StayBelowTheBoundWhenAnotherProgramMovesTheStream) {
     graph().plug({.name = "headphones", .priority = 500});
     const IdleShare idle;
     const double leaked = worst("moved away, idle", moveStreamAway(10));
-    EXPECT_LE(leaked, boundAfter(idle));
+    EXPECT_LE(leaked, leakBoundAfter(idle));
 }
 
 TEST_F(Leaks, StayBelowTheBoundWhenAnotherProgramMovesTheStreamOnABusyMachine) {
     graph().plug({.name = "headphones", .priority = 500});
     const ProcessorLoad load(4);
-    EXPECT_LE(worst("moved away, 4 hogs", moveStreamAway(10)), loadedBoundMs);
+    EXPECT_LE(worst("moved away, 4 hogs", moveStreamAway(10)), loadedLeakBoundMs);
 }
 
 class ArmedTap : public EndToEndTest {};

@@ -133,15 +133,20 @@ std::vector<std::string> AudioGraph::targets(std::uint32_t node) const {
 }
 
 void AudioGraph::plug(const NullSink& sink) const {
+    const std::string description =
+        sink.description.empty() ? "Test device " + sink.name : sink.description;
     makeNode({{"factory.name", "support.null-audio-sink"},
               {"node.name", sink.name},
-              {"node.description", "Test device " + sink.name},
+              {"node.description", description},
               {"media.class", "Audio/Sink"},
               {"audio.rate", std::to_string(sink.rate)},
               {"audio.position", sink.positions},
               {"priority.session", std::to_string(sink.priority)},
               {"priority.driver", std::to_string(sink.priority)},
-              {"monitor.channel-volumes", "true"}});
+              {"monitor.channel-volumes", "true"},
+              // WirePlumber 0.4 suspends a node some seconds after it fell idle, also one that has
+              // left meanwhile, and crashes then.
+              {"session.suspend-timeout-seconds", "0"}});
     const auto channelCount = static_cast<std::size_t>(std::ranges::count(sink.positions, ',') + 1);
     await("device " + sink.name + " has its ports", [&] {
         const auto device = node(sink.name);

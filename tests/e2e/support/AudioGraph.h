@@ -36,6 +36,8 @@ struct NullSink {
     std::uint32_t rate = 48000;
     /// The higher one becomes the default.
     std::uint32_t priority = 1000;
+    /// What people read; empty for one made of the name.
+    std::string description = {};
 };
 
 /// The server seen from outside, through a connection of its own: what there is, who is linked to

@@ -64,10 +64,11 @@ std::vector<std::uint32_t> EndToEndTest::monitorPorts(const std::string& device)
 }
 
 std::filesystem::path EndToEndTest::noiseFile(const NoiseSignal& noise, std::uint32_t sampleRate,
-                                              std::uint32_t channels) const {
+                                              std::uint32_t channels, Seconds duration) const {
+    const auto frames = static_cast<std::size_t>(duration.count() * sampleRate);
     std::vector<std::vector<float>> samples;
     for (std::uint32_t channel = 0; channel < channels; ++channel)
-        samples.push_back(noise.channel(channel, 30UL * sampleRate));
+        samples.push_back(noise.channel(channel, frames));
     auto path = server_.directory() / ("noise-" + std::to_string(samples[0][0]) + "-" +
                                        std::to_string(sampleRate) + ".wav");
     writeWavFile(path, sampleRate, samples);

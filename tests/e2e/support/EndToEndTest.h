@@ -36,10 +36,11 @@ protected:
 
     [[nodiscard]] std::vector<std::uint32_t> monitorPorts(const std::string& device) const;
 
-    /// A file of the noise signal, 30 s long.
+    /// A file of the noise signal.
     [[nodiscard]] std::filesystem::path noiseFile(const NoiseSignal& noise,
                                                   std::uint32_t sampleRate = 48000,
-                                                  std::uint32_t channels = 2) const;
+                                                  std::uint32_t channels = 2,
+                                                  Seconds duration = Seconds(30)) const;
 
     /// Waits until every stream of the process plays to this node and to nothing else.
     void awaitOnly(pid_t pid, const std::string& nodeName) const;

@@ -80,7 +80,8 @@ void AudioGraph::Mirror::disconnect() {
 
 void AudioGraph::Mirror::synchronise() {
     const int wanted = pw_core_sync(core_, PW_ID_CORE, 0);
-    while (!isLost_ && doneSequence_ != wanted)
+    // Another thread's question may have been answered since.
+    while (!isLost_ && doneSequence_ < wanted)
         if (pw_thread_loop_timed_wait(loop_, 10) != 0)
             throw std::runtime_error("the server does not answer");
 }

@@ -52,6 +52,11 @@ AudioObjectID MixerUnderTest::awaitDevice(const std::string& uid) {
     return findDeviceID(hardware_, uid);
 }
 
+std::string MixerUnderTest::deviceName(const std::string& uid) {
+    return readString(hardware_, findDeviceID(hardware_, uid), {kAudioObjectPropertyName})
+        .value_or("");
+}
+
 void MixerUnderTest::tap(pid_t pid, float volume) {
     const AudioObjectID process = awaitProcess(pid);
     if (!manager_.createTap(pid, process))

@@ -43,8 +43,13 @@ public:
     /// returns, the callback has run with it. Throws when there is no tap.
     void tap(pid_t pid, float volume);
 
+    /// What people read of a device; empty when it is not listed.
+    [[nodiscard]] std::string deviceName(const std::string& uid);
+
     /// Everything logged so far.
     [[nodiscard]] std::string logText() const;
+
+    void forgetLog() { log_.clear(); }
 
 private:
     RecordingLog log_;

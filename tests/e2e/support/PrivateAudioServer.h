@@ -36,6 +36,9 @@ public:
     void killPulseBridge();
     void startPulseBridge();
 
+    /// False also when it has died of itself.
+    [[nodiscard]] bool isSessionManagerRunning() { return sessionManager_->isRunning(); }
+
     [[nodiscard]] const ChildProcess& server() const { return *server_; }
 
     /// For files of the test that shall vanish with the server.

@@ -34,6 +34,8 @@ public:
 
     void stop() { program_.stop(); }
 
+    void kill() { program_.kill(); }
+
     [[nodiscard]] bool isRunning() { return program_.isRunning(); }
 
 private:

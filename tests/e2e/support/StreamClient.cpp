@@ -5,12 +5,17 @@
 namespace orvanta::test {
 
 StreamClient::StreamClient(const Settings& settings)
-    : program_({.command = {ORVANTA_STREAM_CLIENT, "--rate", std::to_string(settings.rate),
-                            "--channels", std::to_string(settings.channels), "--seed",
+    : program_({.command = {settings.copy.empty() ? executable() : settings.copy, "--rate",
+                            std::to_string(settings.rate), "--channels",
+                            std::to_string(settings.channels), "--seed",
                             std::to_string(settings.seed), "--name", settings.name},
                 .logFile = "/dev/null",
                 .isTalkedTo = true}),
       noise_(settings.seed) {}
+
+std::filesystem::path StreamClient::executable() {
+    return ORVANTA_STREAM_CLIENT;
+}
 
 void StreamClient::open(const std::string& target) {
     tell(target.empty() ? "open" : "open " + target);

@@ -3,6 +3,7 @@
 #include "tests/e2e/support/ChildProcess.h"
 #include "tests/e2e/support/NoiseSignal.h"
 
+#include <filesystem>
 #include <string>
 
 namespace orvanta::test {
@@ -16,7 +17,12 @@ public:
         std::uint32_t channels = 2;
         std::uint64_t seed = 1;
         std::string name = "e2e-player";
+        /// A copy of the program to run in its stead.
+        std::filesystem::path copy = {};
     };
+
+    /// The program's own executable.
+    static std::filesystem::path executable();
 
     /// Starts the program; no stream is open yet.
     explicit StreamClient(const Settings& settings);
@@ -28,6 +34,10 @@ public:
     void close();
     void pause();
     void resume();
+
+    void kill() { program_.kill(); }
+
+    [[nodiscard]] bool isRunning() { return program_.isRunning(); }
 
     [[nodiscard]] pid_t pid() const { return program_.pid(); }
 
