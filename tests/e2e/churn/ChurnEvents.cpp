@@ -334,7 +334,9 @@ void ChurnedAudio::replaceSilent() {
     if (!std::exchange(wasDaemonRestarted_, false))
         return;
     const auto plays = [&](pid_t pid) {
-        return std::ranges::any_of(graph().playbackNodes(pid), &GraphObject::isRunning);
+        return std::ranges::any_of(graph().playbackNodes(pid), [&](const GraphObject& stream) {
+            return stream.isRunning && !graph().targets(stream.id).empty();
+        });
     };
     for (ChurnProgram& program : programs_) {
         if (!program.isRunning() || eventually(Seconds(2), [&] { return plays(program.pid()); }))
