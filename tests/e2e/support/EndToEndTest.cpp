@@ -132,7 +132,7 @@ double EndToEndTest::mixResidual(const std::string& device,
     const Capture capture = recordUndisturbed(ports, voices.size(), 24000);
 
     const auto difference = [&](std::size_t index, std::size_t lag) {
-        double left = static_cast<double>(capture.channels.back()[index]);
+        auto left = static_cast<double>(capture.channels.back()[index]);
         for (std::size_t voice = 0; voice < voices.size(); ++voice)
             left -= static_cast<double>(voices[voice].gain * capture.channels[voice][index - lag]);
         return std::abs(left);
