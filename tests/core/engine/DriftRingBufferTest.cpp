@@ -160,7 +160,7 @@ TEST(DriftRingBufferThreads, HandEveryFrameOverOnceAndInOrder) {
     std::thread producer([&] {
         Samples block;
         for (std::int64_t sent = 0; sent < total;) {
-            const std::int64_t count = std::min<std::int64_t>({1 + sent % 17, total - sent});
+            const auto count = std::min<std::int64_t>(1 + sent % 17, total - sent);
             if (63 - ring.available() < count) {
                 std::this_thread::yield();
                 continue;
@@ -177,7 +177,7 @@ TEST(DriftRingBufferThreads, HandEveryFrameOverOnceAndInOrder) {
     Samples block(2UL * 32UL);
     bool isInOrder = true;
     for (std::int64_t received = 0; received < total;) {
-        const std::int64_t count = std::min<std::int64_t>(ring.available(), 32);
+        const auto count = std::min<std::int64_t>(ring.available(), 32);
         if (count == 0)
             std::this_thread::yield();
         ring.read(block.data(), count);
@@ -197,8 +197,9 @@ TEST(DriftRingBufferThreads, SurviveAProducerThatNeverWaits) {
     DriftRingBuffer ring(16, 1);
     std::atomic<bool> isDone = false;
     std::thread producer([&] {
-        for (float value = 1.0F; !isDone.load(std::memory_order_relaxed); value += 8.0F)
-            write(ring, counting(value, 8));
+        const Samples block = counting(1, 8);
+        while (!isDone.load(std::memory_order_relaxed))
+            write(ring, block);
     });
     for (int round = 0; round < 20'000; ++round) {
         read(ring, 5);

@@ -8,7 +8,6 @@
 namespace orvanta::test {
 namespace {
 
-using embedded::FaultEffect;
 using embedded::Journal;
 using embedded::JournalEntry;
 using embedded::Operation;
@@ -41,7 +40,7 @@ protected:
         return rig.server.addDevice(device);
     }
 
-    bool route(const std::optional<std::string>& uid) {
+    [[nodiscard]] bool route(const std::optional<std::string>& uid) const {
         return rig.manager->routeToDevice(pid, uid);
     }
 
