@@ -114,7 +114,7 @@ private:
     bool isStoodDown_ = false;
     bool isProven_ = false;
     StreamClaims claims_;
-    /// Streams that play beside the tap, which was told in the log.
+    /// Streams that play beside the tap; the log has a line on each.
     std::set<NodeRef> left_;
     ControlTimer claimTimer_;
     ControlTimer arrivalTimer_;
