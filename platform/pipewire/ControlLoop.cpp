@@ -149,6 +149,24 @@ void ControlTimer::cancel() {
     pw_loop_update_timer(loop_.loop(), source_, &never, nullptr, false);
 }
 
+ControlEvent::ControlEvent(ControlLoop& loop, std::function<void()> happened)
+    : loop_(loop), happened_(std::move(happened)) {
+    const auto call = [](void* data, std::uint64_t) {
+        static_cast<ControlEvent*>(data)->happened_();
+    };
+    source_ = pw_loop_add_event(loop_.loop(), call, this);
+}
+
+ControlEvent::~ControlEvent() {
+    if (source_ != nullptr)
+        pw_loop_destroy_source(loop_.loop(), source_);
+}
+
+void ControlEvent::signal() noexcept {
+    if (source_ != nullptr)
+        pw_loop_signal_event(loop_.loop(), source_);
+}
+
 ControlWatch::ControlWatch(ControlLoop& loop, int descriptor, std::function<void()> readable)
     : loop_(loop), readable_(std::move(readable)) {
     const auto ready = [](void* data, int, std::uint32_t) {

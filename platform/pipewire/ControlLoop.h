@@ -88,6 +88,27 @@ private:
     bool isSet_ = false;
 };
 
+/// What another thread, the data thread included, wants done on the control loop.
+class ControlEvent {
+public:
+    /// With the lock held, like the destructor.
+    ControlEvent(ControlLoop& loop, std::function<void()> happened);
+    ~ControlEvent();
+    ControlEvent(const ControlEvent&) = delete;
+    ControlEvent& operator=(const ControlEvent&) = delete;
+
+    /// False where the system had no descriptor left for it: then it never happens.
+    [[nodiscard]] bool isUsable() const { return source_ != nullptr; }
+
+    /// From any thread, without waiting; several before the loop turns to it may count as one.
+    void signal() noexcept;
+
+private:
+    ControlLoop& loop_;
+    std::function<void()> happened_;
+    spa_source* source_ = nullptr;
+};
+
 /// Tells once when a file descriptor becomes readable.
 class ControlWatch {
 public:

@@ -32,7 +32,8 @@ Tap::Tap(Surroundings& surroundings, AudioObjectID id, CATapDescription descript
       retryTimer_(surroundings.loop, [this] { surroundings_.changed(); }),
       exports_(5, std::chrono::seconds(10)),
       silentCycles_(surroundings.loop, cycle_),
-      node_(surroundings.loop, cycle_, silentCycles_),
+      node_(surroundings.loop, cycle_, silentCycles_, [this] { standAnew(); }),
+      repairs_(3, std::chrono::seconds(10)),
       links_(surroundings.changed) {
     const auto playing = chooseStreams().toClaim;
     claims_.defer({playing.begin(), playing.end()});
@@ -47,7 +48,7 @@ Tap::~Tap() {
 
 bool Tap::isUsable() const {
     return claimTimer_.isUsable() && arrivalTimer_.isUsable() && unlinkTimer_.isUsable() &&
-           retryTimer_.isUsable() && silentCycles_.isUsable();
+           retryTimer_.isUsable() && silentCycles_.isUsable() && node_.isUsable();
 }
 
 void Tap::update() {
@@ -73,6 +74,19 @@ void Tap::updateExport() {
     }
     exported_ = std::make_unique<ExportedTap>(surroundings_.connection.core(), node_, nodeName_,
                                               description_.name(), surroundings_.changed);
+}
+
+/// The links look sound to everybody else, so nobody else makes new ones, and setting them up once
+/// more can go wrong in the same way. A new node is heard beside the tap until the streams have
+/// come to it, a few cycles, but then it is heard through the tap.
+void Tap::standAnew() {
+    if (exported_ == nullptr || !repairs_.allow(std::chrono::steady_clock::now()))
+        return;
+    surroundings_.logger.error("The links of the tap '%s' have no buffers, so its node comes anew",
+                               description_.name().c_str());
+    links_.clear();
+    exported_.reset();
+    surroundings_.changed();
 }
 
 void Tap::updateClaims() {

@@ -99,6 +99,7 @@ private:
     [[nodiscard]] bool mayLinkTo(const ServerNode& device) const;
     [[nodiscard]] const ServerNode* deviceToLink();
     void updateExport();
+    void standAnew();
     void updateLinks();
     void updateClaims();
 
@@ -127,6 +128,7 @@ private:
     TapCycle cycle_;
     SilentCycles silentCycles_;
     TapNode node_;
+    RateLimit repairs_;
     std::unique_ptr<ExportedTap> exported_;
     DeviceLinks links_;
 };

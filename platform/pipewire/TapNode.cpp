@@ -8,8 +8,15 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace orvanta::pipewire {
+namespace {
+
+/// The server needs some milliseconds to give a fresh link its buffers.
+constexpr std::uint64_t kStarvation = 250'000'000;
+
+} // namespace
 
 /// The server's way of calling a node: a table of functions that get the node as their first
 /// argument.
@@ -113,14 +120,16 @@ struct TapNodeMethods {
     }
 };
 
-TapNode::TapNode(ControlLoop& loop, TapCycle& cycle, SilentCycles& silentCycles)
+TapNode::TapNode(ControlLoop& loop, TapCycle& cycle, SilentCycles& silentCycles,
+                 std::function<void()> starved)
     : loop_(loop),
       cycle_(cycle),
       silentCycles_(silentCycles),
       inputs_{{{loop, SPA_DIRECTION_INPUT, 0, "playback_FL", "FL"},
                {loop, SPA_DIRECTION_INPUT, 1, "playback_FR", "FR"}}},
       outputs_{{{loop, SPA_DIRECTION_OUTPUT, 0, "output_FL", "FL"},
-                {loop, SPA_DIRECTION_OUTPUT, 1, "output_FR", "FR"}}} {
+                {loop, SPA_DIRECTION_OUTPUT, 1, "output_FR", "FR"}}},
+      starved_(loop, std::move(starved)) {
     static constexpr spa_node_methods methods = TapNodeMethods::make();
     node_.iface = {SPA_TYPE_INTERFACE_Node, SPA_VERSION_NODE, {&methods, this}};
     spa_hook_list_init(&hooks_);
@@ -283,7 +292,26 @@ int TapNode::process() noexcept {
     }
     cycle_.run(time, buffers);
     silentCycles_.graphRan();
+    watchBuffers(time.nanoseconds());
     return SPA_STATUS_NEED_DATA | SPA_STATUS_HAVE_DATA;
+}
+
+/// A server that suspends a node while a link to it is being set up, as it does to change its rate,
+/// may hand buffers to a port that has lost its format. They are refused, and it takes the link for
+/// sound all the same.
+void TapNode::watchBuffers(std::uint64_t nanoseconds) noexcept {
+    const auto lacks = [](const TapPort& port) {
+        return port.lacksBuffers();
+    };
+    if (!std::ranges::any_of(inputs_, lacks) && !std::ranges::any_of(outputs_, lacks)) {
+        starvedFor_ = 0;
+        return;
+    }
+    starvedFor_ += nanoseconds;
+    if (starvedFor_ < kStarvation)
+        return;
+    starvedFor_ = 0;
+    starved_.signal();
 }
 
 TapPort* TapNode::port(spa_direction direction, std::uint32_t number) {

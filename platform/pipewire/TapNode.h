@@ -7,6 +7,8 @@
 #include <spa/node/node.h>
 #include <spa/param/latency-utils.h>
 
+#include <functional>
+
 namespace orvanta::pipewire {
 
 /// The node of one tap as the server's graph runs it: two inputs that the session manager links
@@ -16,12 +18,18 @@ namespace orvanta::pipewire {
 /// cycles arrives on the control thread.
 class TapNode {
 public:
-    TapNode(ControlLoop& loop, TapCycle& cycle, SilentCycles& silentCycles);
+    /// `starved` is called on the control thread, and again and again while it goes on, when cycles
+    /// run and a port is linked but has got no buffers.
+    TapNode(ControlLoop& loop, TapCycle& cycle, SilentCycles& silentCycles,
+            std::function<void()> starved);
     TapNode(const TapNode&) = delete;
     TapNode& operator=(const TapNode&) = delete;
 
     /// What is handed to the server.
     [[nodiscard]] spa_node* interface() { return &node_; }
+
+    /// False where the system had no descriptor left for it: then it is of no use.
+    [[nodiscard]] bool isUsable() const { return starved_.isUsable(); }
 
     /// Back to the state in which it can be handed to a server, also to another one than before.
     void reset();
@@ -39,6 +47,7 @@ private:
     int setPortParam(TapPort& port, std::uint32_t id, const spa_pod* param);
     int setLatency(const TapPort& port, const spa_pod* param);
     int process() noexcept;
+    void watchBuffers(std::uint64_t nanoseconds) noexcept;
 
     TapPort* port(spa_direction direction, std::uint32_t number);
     void announce(TapPort& port);
@@ -61,6 +70,9 @@ private:
     bool isConfigured_ = false;
     // On the data thread only.
     const spa_io_position* position_ = nullptr;
+    /// For how long cycles have run without the buffers of a linked port, in nanoseconds.
+    std::uint64_t starvedFor_ = 0;
+    ControlEvent starved_;
 };
 
 } // namespace orvanta::pipewire

@@ -50,6 +50,11 @@ public:
     /// Says with the next `info` that the latencies have changed.
     void latencyChanged();
 
+    /// On the data thread: whether it is linked and yet has no buffers.
+    [[nodiscard]] bool lacksBuffers() const noexcept {
+        return io_ != nullptr && buffers_.count == 0;
+    }
+
     /// On the data thread: this cycle's samples of an input, null if there are none or too few.
     float* takeInput(std::uint32_t frames) noexcept;
 
