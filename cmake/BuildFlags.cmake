@@ -12,8 +12,15 @@ set(ORVANTA_SANITIZERS "" CACHE STRING "Value for -fsanitize=, empty for none")
 
 find_program(CCACHE ccache)
 if(CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    # Precompiled headers are compared by what they are made of.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
     set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+    # And must not differ by when they were made.
+    string(APPEND CMAKE_CXX_FLAGS " -Xclang -fno-pch-timestamp")
 endif()
 
 add_library(orvanta_build_flags INTERFACE)

@@ -66,4 +66,13 @@ ExportedTap::~ExportedTap() {
     node_.reset();
 }
 
+void ExportedTap::leave(ServerMirror& mirror) {
+    isLeaving_ = true;
+    // The server takes no order about what it has not told of yet.
+    if (isDestroyed_ || !id_ || mirror.nodeWithId(*id_) == nullptr)
+        return;
+    mirror.destroy(*id_);
+    isDestroyed_ = true;
+}
+
 } // namespace orvanta::pipewire

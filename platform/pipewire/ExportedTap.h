@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/pipewire/ServerMirror.h"
 #include "platform/pipewire/TapNode.h"
 
 #include <spa/utils/hook.h>
@@ -25,11 +26,20 @@ public:
     ExportedTap(const ExportedTap&) = delete;
     ExportedTap& operator=(const ExportedTap&) = delete;
 
-    /// The server's id of the node, nothing until it has given one.
-    [[nodiscard]] std::optional<std::uint32_t> id() const { return id_; }
+    /// The server's id of the node, nothing until it has given one and once the node is leaving.
+    [[nodiscard]] std::optional<std::uint32_t> id() const {
+        return isLeaving() ? std::nullopt : id_;
+    }
 
-    /// Whether somebody has taken the node out of the server.
+    /// Whether the node is not in the server any more.
     [[nodiscard]] bool isLost() const { return lost_; }
+
+    /// Has the server take the node out, which `isLost` tells in the end; to be called again after
+    /// every change until then. Only then is this to be destroyed: PipeWire 0.3.65 does not close
+    /// the descriptors that it gets for a node that is gone here.
+    void leave(ServerMirror& mirror);
+
+    [[nodiscard]] bool isLeaving() const { return isLeaving_; }
 
 private:
     friend struct ExportEvents;
@@ -40,6 +50,8 @@ private:
     spa_hook hook_{};
     std::optional<std::uint32_t> id_;
     bool lost_ = false;
+    bool isLeaving_ = false;
+    bool isDestroyed_ = false;
 };
 
 } // namespace orvanta::pipewire

@@ -296,6 +296,11 @@ const CardRoutes* ServerMirror::cardOf(const ServerNode& device) const {
     return found == cards_.end() ? nullptr : found->second.get();
 }
 
+void ServerMirror::destroy(std::uint32_t id) {
+    if (registry_ != nullptr)
+        pw_registry_destroy(registry_, id);
+}
+
 void ServerMirror::setChannelVolumes(const ServerNode& device, const std::vector<float>& volumes) {
     const auto found = nodes_.find(device.ref.id);
     if (found == nodes_.end() || found->second->proxy == nullptr)

@@ -68,6 +68,9 @@ public:
     /// The card that has this device; null for devices that no card has.
     [[nodiscard]] const CardRoutes* cardOf(const ServerNode& device) const;
 
+    /// Asks the server to destroy an object.
+    void destroy(std::uint32_t id);
+
     /// Linear factors, one for every channel.
     void setChannelVolumes(const ServerNode& device, const std::vector<float>& volumes);
 

@@ -14,6 +14,9 @@ constexpr std::chrono::milliseconds kArrivalCheck{500};
 /// How long a tap that nobody plays keeps its links.
 constexpr std::chrono::milliseconds kLatestUnlink{100};
 
+/// How long the server has to take a node out.
+constexpr std::chrono::milliseconds kLatestLeave{1000};
+
 /// What the server has refused several times within moments is tried again after this.
 constexpr std::chrono::milliseconds kRetry{1000};
 
@@ -30,6 +33,7 @@ Tap::Tap(Surroundings& surroundings, AudioObjectID id, CATapDescription descript
       arrivalTimer_(surroundings.loop, [this] { checkArrivals(); }),
       unlinkTimer_(surroundings.loop, [this] { playOn({}); }),
       retryTimer_(surroundings.loop, [this] { surroundings_.changed(); }),
+      leaveTimer_(surroundings.loop, [this] { surroundings_.changed(); }),
       exports_(5, std::chrono::seconds(10)),
       silentCycles_(surroundings.loop, cycle_),
       node_(surroundings.loop, cycle_, silentCycles_, [this] { standAnew(); }),
@@ -48,7 +52,8 @@ Tap::~Tap() {
 
 bool Tap::isUsable() const {
     return claimTimer_.isUsable() && arrivalTimer_.isUsable() && unlinkTimer_.isUsable() &&
-           retryTimer_.isUsable() && silentCycles_.isUsable() && node_.isUsable();
+           retryTimer_.isUsable() && leaveTimer_.isUsable() && silentCycles_.isUsable() &&
+           node_.isUsable();
 }
 
 void Tap::update() {
@@ -60,10 +65,12 @@ void Tap::update() {
 void Tap::updateExport() {
     const bool isWanted =
         surroundings_.connection.hasAnswered() && !surroundings_.devices.isEmpty();
-    if (exported_ != nullptr && (!isWanted || exported_->isLost())) {
-        wasTakenOut_ = exported_->isLost();
+    if (exported_ != nullptr && hasLeft()) {
+        wasTakenOut_ = !exported_->isLeaving();
         links_.clear();
         exported_.reset();
+    } else if (exported_ != nullptr && !isWanted) {
+        leaveServer();
     }
     if (exported_ != nullptr || !isWanted || isReleased_)
         return;
@@ -84,9 +91,21 @@ void Tap::standAnew() {
         return;
     surroundings_.logger.error("The links of the tap '%s' have no buffers, so its node comes anew",
                                description_.name().c_str());
+    leaveServer();
+}
+
+bool Tap::leaveServer() {
     links_.clear();
-    exported_.reset();
-    surroundings_.changed();
+    if (exported_ == nullptr)
+        return true;
+    if (!exported_->isLeaving())
+        leaveTimer_.set(kLatestLeave);
+    exported_->leave(surroundings_.mirror);
+    return hasLeft();
+}
+
+bool Tap::hasLeft() const {
+    return exported_->isLost() || (exported_->isLeaving() && !leaveTimer_.isSet());
 }
 
 void Tap::updateClaims() {
@@ -180,6 +199,7 @@ void Tap::playNowhere() {
 void Tap::serverLost() {
     links_.clear();
     exported_.reset();
+    leaveTimer_.cancel();
     claims_.metadataLost();
     arrivalTimer_.cancel();
     arrivalQuestion_.reset();

@@ -63,6 +63,10 @@ public:
 
     [[nodiscard]] bool isReleased() const { return isReleased_; }
 
+    /// Has the node leave the server, and says whether it has, or was not let go for a second.
+    /// `Surroundings::changed` is called when it has become so.
+    bool leaveServer();
+
     /// Whether a stream still plays into the tap's node.
     [[nodiscard]] bool isFed() const;
 
@@ -100,6 +104,7 @@ private:
     [[nodiscard]] const ServerNode* deviceToLink();
     void updateExport();
     void standAnew();
+    [[nodiscard]] bool hasLeft() const;
     void updateLinks();
     void updateClaims();
 
@@ -123,6 +128,7 @@ private:
     std::optional<ServerConnection::Question> arrivalQuestion_;
     ControlTimer unlinkTimer_;
     ControlTimer retryTimer_;
+    ControlTimer leaveTimer_;
     bool wasTakenOut_ = false;
     RateLimit exports_;
     TapCycle cycle_;

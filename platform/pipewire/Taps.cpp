@@ -128,7 +128,9 @@ void Taps::waitUntilUnfed(const std::vector<std::shared_ptr<Tap>>& taps) {
 }
 
 void Taps::removeUnused() {
-    std::erase_if(taps_, [](const auto& tap) { return tap->isReleased() && tap.use_count() == 1; });
+    std::erase_if(taps_, [](const auto& tap) {
+        return tap->isReleased() && tap.use_count() == 1 && tap->leaveServer();
+    });
 }
 
 void Taps::update() {

@@ -1,4 +1,5 @@
 #include "tests/e2e/support/EndToEndTest.h"
+#include "tests/e2e/support/Footprint.h"
 
 #include <algorithm>
 
@@ -46,6 +47,27 @@ TEST_F(Release, DoublesNoSampleAndIsSilentForOneCycleAtMost) {
         EXPECT_LE(counts.longestGap, quantum) << counts;
         EXPECT_LE(counts.lost, quantum) << counts;
     }
+}
+
+// The server may be in the middle of telling the tap's node of its links.
+TEST_F(Release, RightAfterTheTapHasComeLeavesNoDescriptorsOpen) {
+    StreamClient client;
+    client.open();
+    graph().awaitPlayback(client.pid());
+    mixer().tap(client.pid(), 0.5F);
+    mixer().manager().removeTap(client.pid());
+    awaitOnly(client.pid(), "speakers");
+    const Footprint before = Footprint::now();
+
+    for (int round = 0; round < 20; ++round) {
+        mixer().tap(client.pid(), 0.5F);
+        letTimePass(Seconds(0.001 * round));
+        mixer().manager().removeTap(client.pid());
+    }
+    awaitOnly(client.pid(), "speakers");
+    EXPECT_TRUE(eventually(Seconds(5), [&] {
+        return Footprint::now().descriptors <= before.descriptors;
+    })) << openDescriptors();
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "tests/e2e/churn/ChurnProgram.h"
-#include "tests/e2e/churn/Footprint.h"
 #include "tests/e2e/churn/Journal.h"
 #include "tests/e2e/support/EndToEndTest.h"
+#include "tests/e2e/support/Footprint.h"
 
 #include <cstdint>
 #include <list>

@@ -1,4 +1,4 @@
-#include "tests/e2e/churn/Footprint.h"
+#include "tests/e2e/support/Footprint.h"
 
 #include <filesystem>
 #include <fstream>
