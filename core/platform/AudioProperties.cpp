@@ -9,6 +9,10 @@
 namespace orvanta {
 namespace {
 
+/// A list that has grown since it told its size gives no more than it is asked for, and what it then
+/// leaves out would pass for gone.
+constexpr std::size_t kRoomForNewcomers = 16;
+
 template <class Value>
 std::optional<Value> readValue(AudioHardware& hardware, AudioObjectID object,
                                const AudioObjectPropertyAddress& address) {
@@ -55,11 +59,12 @@ std::vector<AudioObjectID> readObjectList(AudioHardware& hardware, AudioObjectID
     if (hardware.getPropertyDataSize(object, address, size) != noErr ||
         size < sizeof(AudioObjectID))
         return {};
-    std::vector<AudioObjectID> objects(size / sizeof(AudioObjectID), kAudioObjectUnknown);
+    std::vector<AudioObjectID> objects(size / sizeof(AudioObjectID) + kRoomForNewcomers,
+                                       kAudioObjectUnknown);
     size = static_cast<std::uint32_t>(objects.size() * sizeof(AudioObjectID));
     if (hardware.getPropertyData(object, address, size, objects.data()) != noErr)
         return {};
-    // The list may have become shorter between the two calls.
+    // The list may have become another between the two calls.
     objects.resize(std::min(objects.size(), size / sizeof(AudioObjectID)));
     return objects;
 }

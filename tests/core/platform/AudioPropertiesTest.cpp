@@ -64,6 +64,14 @@ TEST_F(AudioProperties, AListThatShrinksBetweenTheTwoCallsHoldsOnlyWhatCame) {
     EXPECT_THAT(deviceList(server), ElementsAre(first));
 }
 
+TEST_F(AudioProperties, AListThatGrowsBetweenTheTwoCallsIsReadWhole) {
+    server.faults().add({.operation = Operation::getPropertyDataSize,
+                         .effect = FaultEffect::givesBytes,
+                         .bytes = 4,
+                         .selector = kAudioHardwarePropertyDevices});
+    EXPECT_THAT(deviceList(server), ElementsAre(first, second));
+}
+
 TEST_F(AudioProperties, ADeviceIsFoundByItsExactUID) {
     EXPECT_EQ(findDeviceID(server, "b"), second);
     EXPECT_EQ(findDeviceID(server, "B"), kAudioObjectUnknown);
