@@ -84,6 +84,8 @@ OSStatus Aggregates::create(const AggregateDeviceDescription& description,
         surroundings_.logger.error("The tap is not linked to the device '%s'", uid.c_str());
         tap->playNowhere();
         aggregates_.erase(id);
+        // The tap may have been destroyed meanwhile.
+        taps_.update();
         return surroundings_.connection.isAnswering() ? kAudioHardwareBadDeviceError
                                                       : kAudioHardwareNotRunningError;
     }
@@ -231,7 +233,11 @@ bool Aggregates::areDevicesReturning() {
     return !surroundings_.connection.hasAnswered() || returnTimer_.isSet();
 }
 
+/// Not while nobody could read the list: who tried would take every device for gone. When it can be
+/// read again its listeners are told anyway.
 void Aggregates::tellOfDevices() const {
+    if (!surroundings_.connection.isAnswering())
+        return;
     surroundings_.listeners.notify(kAudioObjectSystemObject, {kAudioHardwarePropertyDevices});
 }
 

@@ -33,6 +33,9 @@ public:
     /// Returns only when no call of the IOProc is in flight.
     OSStatus stop(AudioObjectID device, AudioDeviceIOProcID procID);
 
+    /// False where the system had no descriptors left for the timer.
+    [[nodiscard]] bool isUsable() const { return returnTimer_.isUsable(); }
+
     /// Tells the listeners of those whose device has come or gone. After `devices.update()`, which
     /// tells of a changed device list.
     void update();

@@ -42,7 +42,8 @@ AudioSystem::AudioSystem(PipeWireOptions options, SystemLog& log)
     }
     updateTimer_ = std::make_unique<ControlTimer>(loop_, [this] { update(); });
     parts_ = std::make_unique<Parts>(*this, std::move(options));
-    if (!updateTimer_->isUsable() || !parts_->connection.isUsable())
+    if (!updateTimer_->isUsable() || !parts_->connection.isUsable() ||
+        !parts_->aggregates.isUsable())
         logger_.error("No descriptors are left to reach the PipeWire server with");
     if (!loop_.start())
         logger_.error("The control thread does not start");
@@ -55,6 +56,7 @@ AudioSystem::~AudioSystem() {
         const ControlLoop::Lock lock(loop_);
         parts_->taps.releaseAll();
         parts_->aggregates.destroyAll();
+        parts_->taps.destroyAll();
     }
     loop_.stop();
     parts_->mirror.detach();

@@ -105,7 +105,7 @@ void DeviceLinks::clear() {
 }
 
 bool DeviceLinks::areReady() const {
-    return !links_.empty() &&
+    return !links_.empty() && links_.size() == plan_.pairs.size() &&
            std::all_of(links_.begin(), links_.end(), [](const auto& link) { return link->ready; });
 }
 
@@ -113,6 +113,7 @@ bool DeviceLinks::follow(pw_core* core, const LinkPlan& plan) {
     static constexpr pw_link_events linkEvents{PW_VERSION_LINK_EVENTS, LinkEvents::info};
     static constexpr pw_proxy_events proxyEvents = LinkEvents::makeProxyEvents();
     const bool anyLost =
+        links_.size() != plan_.pairs.size() ||
         std::any_of(links_.begin(), links_.end(), [](const auto& link) { return link->lost; });
     if (plan == plan_ && !anyLost)
         return true;

@@ -119,6 +119,7 @@ void ServerMirror::detach() {
     ports_.clear();
     links_.clear();
     defaults_.unbind();
+    nextDefaults_.clear();
     settings_.unbind();
     if (registry_ == nullptr)
         return;
@@ -157,8 +158,8 @@ void ServerMirror::added(std::uint32_t id, const char* type, const spa_dict* dic
             cards_[id] = std::make_unique<CardRoutes>(registry_, id, changed_);
     } else if (kind == PW_TYPE_INTERFACE_Metadata) {
         const std::string& name = properties.text(PW_KEY_METADATA_NAME);
-        if (name == "default" && !defaults_.isBound())
-            defaults_.bind(registry_, id);
+        if (name == "default")
+            addDefaults(id);
         else if (name == "settings" && !settings_.isBound())
             settings_.bind(registry_, id);
     } else {
@@ -188,6 +189,14 @@ void ServerMirror::addNode(std::uint32_t id, PropertyMap properties) {
     nodes_[id] = std::move(node);
 }
 
+/// A session manager may bring its own before that of the one it replaces is gone.
+void ServerMirror::addDefaults(std::uint32_t id) {
+    if (defaults_.isBound())
+        nextDefaults_.push_back(id);
+    else
+        defaults_.bind(registry_, id);
+}
+
 void ServerMirror::addPort(std::uint32_t id, const PropertyMap& properties) {
     ServerPort port;
     port.id = id;
@@ -205,14 +214,22 @@ void ServerMirror::addLink(std::uint32_t id, const PropertyMap& properties) {
 }
 
 void ServerMirror::removed(std::uint32_t id) {
-    if (defaults_.isBound() && defaults_.id() == id)
+    std::erase(nextDefaults_, id);
+    if (defaults_.isBound() && defaults_.id() == id) {
         defaults_.unbind();
+        if (!nextDefaults_.empty()) {
+            defaults_.bind(registry_, nextDefaults_.front());
+            nextDefaults_.erase(nextDefaults_.begin());
+        }
+    }
     if (settings_.isBound() && settings_.id() == id)
         settings_.unbind();
     defaults_.forget(id);
-    const auto gone = nodes_.erase(id) + clients_.erase(id) + cards_.erase(id) + ports_.erase(id) +
-                      links_.erase(id);
-    static_cast<void>(gone);
+    nodes_.erase(id);
+    clients_.erase(id);
+    cards_.erase(id);
+    ports_.erase(id);
+    links_.erase(id);
     changed_();
 }
 

@@ -83,6 +83,7 @@ private:
     void added(std::uint32_t id, const char* type, const spa_dict* properties);
     void removed(std::uint32_t id);
     void addNode(std::uint32_t id, PropertyMap properties);
+    void addDefaults(std::uint32_t id);
     void addPort(std::uint32_t id, const PropertyMap& properties);
     void addLink(std::uint32_t id, const PropertyMap& properties);
 
@@ -96,6 +97,8 @@ private:
     std::map<std::uint32_t, ServerPort> ports_;
     std::map<std::uint32_t, ServerLink> links_;
     MetadataMirror defaults_;
+    /// Other metadata of this name that were there while one was bound.
+    std::vector<std::uint32_t> nextDefaults_;
     MetadataMirror settings_;
 };
 

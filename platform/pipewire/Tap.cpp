@@ -1,6 +1,7 @@
 #include "platform/pipewire/Tap.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvanta::pipewire {
 namespace {
@@ -37,7 +38,7 @@ Tap::Tap(Surroundings& surroundings, AudioObjectID id, CATapDescription descript
       exports_(5, std::chrono::seconds(10)),
       silentCycles_(surroundings.loop, cycle_),
       node_(surroundings.loop, cycle_, silentCycles_, [this] { standAnew(); }),
-      repairs_(3, std::chrono::seconds(10)),
+      repairs_(3, std::chrono::minutes(10)),
       links_(surroundings.changed) {
     const auto playing = chooseStreams().toClaim;
     claims_.defer({playing.begin(), playing.end()});
@@ -76,18 +77,25 @@ void Tap::updateExport() {
         return;
     // Whoever takes nodes out is not fought for ever; devices may come and go as they like.
     if (wasTakenOut_ && !exports_.allow(std::chrono::steady_clock::now())) {
+        if (!std::exchange(isKeptOut_, true))
+            surroundings_.logger.error("The tap '%s' was taken out of the server again and again; "
+                                       "its program is heard beside it for some seconds",
+                                       description_.name().c_str());
         retryTimer_.set(kRetry);
         return;
     }
+    isKeptOut_ = false;
     exported_ = std::make_unique<ExportedTap>(surroundings_.connection.core(), node_, nodeName_,
                                               description_.name(), surroundings_.changed);
+    if (exported_->isLost())
+        retryTimer_.set(kRetry);
 }
 
 /// The links look sound to everybody else, so nobody else makes new ones, and setting them up once
 /// more can go wrong in the same way. A new node is heard beside the tap until the streams have
 /// come to it, a few cycles, but then it is heard through the tap.
 void Tap::standAnew() {
-    if (exported_ == nullptr || !repairs_.allow(std::chrono::steady_clock::now()))
+    if (!isInServer() || !repairs_.allow(std::chrono::steady_clock::now()))
         return;
     surroundings_.logger.error("The links of the tap '%s' have no buffers, so its node comes anew",
                                description_.name().c_str());
@@ -151,7 +159,7 @@ void Tap::leave(const std::vector<NodeRef>& streams) {
 }
 
 void Tap::updateLinks() {
-    if (exported_ == nullptr || !exported_->id())
+    if (!isInServer())
         return;
     const ServerMirror& mirror = surroundings_.mirror;
     const ServerNode* device = deviceToLink();
@@ -200,6 +208,8 @@ void Tap::serverLost() {
     links_.clear();
     exported_.reset();
     leaveTimer_.cancel();
+    wasTakenOut_ = false;
+    isKeptOut_ = false;
     claims_.metadataLost();
     arrivalTimer_.cancel();
     arrivalQuestion_.reset();
@@ -231,8 +241,12 @@ StreamChoice Tap::chooseStreams() const {
     return surroundings_.chooseStreams(description_.processes());
 }
 
+bool Tap::isInServer() const {
+    return exported_ != nullptr && exported_->id().has_value();
+}
+
 bool Tap::isFed() const {
-    if (exported_ == nullptr || !exported_->id())
+    if (!isInServer())
         return false;
     const auto& links = surroundings_.mirror.links();
     return std::any_of(links.begin(), links.end(), [this](const auto& link) {
@@ -243,7 +257,7 @@ bool Tap::isFed() const {
 bool Tap::isPresent() const {
     if (surroundings_.devices.isEmpty())
         return true;
-    if (exported_ == nullptr || !exported_->id())
+    if (!isInServer())
         return false;
     const auto ports = surroundings_.mirror.portsOf(*exported_->id());
     const auto inputs =

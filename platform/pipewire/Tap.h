@@ -48,7 +48,9 @@ public:
     void claimStreams();
 
     /// Whether the streams have left their devices for the tap.
-    [[nodiscard]] bool hasItsStreams() const { return !isStoodDown_ && claims_.haveArrived(); }
+    [[nodiscard]] bool hasItsStreams() const {
+        return !isStoodDown_ && isInServer() && claims_.haveArrived();
+    }
 
     /// Whether it was said once that the tap has its streams. Those that open later do not undo it.
     [[nodiscard]] bool isProven() const { return isProven_; }
@@ -105,6 +107,8 @@ private:
     void updateExport();
     void standAnew();
     [[nodiscard]] bool hasLeft() const;
+    /// Whether the server has given the node an id and is to keep it.
+    [[nodiscard]] bool isInServer() const;
     void updateLinks();
     void updateClaims();
 
@@ -130,6 +134,7 @@ private:
     ControlTimer retryTimer_;
     ControlTimer leaveTimer_;
     bool wasTakenOut_ = false;
+    bool isKeptOut_ = false;
     RateLimit exports_;
     TapCycle cycle_;
     SilentCycles silentCycles_;

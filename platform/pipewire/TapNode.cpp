@@ -152,6 +152,7 @@ void TapNode::reset() {
         port.reset();
     isConfigured_ = false;
     setIo(SPA_IO_Position, nullptr, 0);
+    loop_.onDataThread([this] { starvedFor_ = 0; });
     silentCycles_.graphPaused();
 }
 

@@ -115,6 +115,15 @@ void Taps::releaseAll() {
     for (const auto& tap : taps_)
         tap->release();
     waitUntilUnfed(taps_);
+}
+
+void Taps::destroyAll() {
+    const auto haveLeft = [this] {
+        const auto left =
+            std::ranges::count_if(taps_, [](const auto& tap) { return tap->leaveServer(); });
+        return !surroundings_.connection.isAnswering() || left == std::ssize(taps_);
+    };
+    surroundings_.loop.waitFor(haveLeft, kReleaseBound);
     taps_.clear();
 }
 

@@ -26,6 +26,9 @@ public:
     /// Gives back all programs and waits until they have their sound again.
     void releaseAll();
 
+    /// Takes all out of the server. After all that plays them is gone.
+    void destroyAll();
+
     void update();
     void serverLost();
 

@@ -26,6 +26,7 @@ protected:
         graph().unplug("speakers");
         server_.startSessionManager();
         plugSpeakers();
+        letTimePass(passesTake);
     }
 
     void restartEverything() {

@@ -83,8 +83,8 @@ void readSnap(ProcessScope& scope, std::string_view unit) {
     scope.snapApp = unitUnescaped(withoutUUID(parts[1]));
 }
 
-/// app-<launcher>-<id>-<random>.scope, app-<launcher>-<id>@<random>.service; launcher and random
-/// part may be missing.
+/// app-<launcher>-<id>-<random>.scope, app-<launcher>-<id>@<random>.service; the launcher may be
+/// missing.
 void readApplication(ProcessScope& scope, std::string_view unit, bool isService) {
     const auto end = unit.rfind(isService ? '@' : '-');
     const std::string_view withoutRandom =

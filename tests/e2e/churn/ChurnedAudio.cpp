@@ -20,8 +20,6 @@ constexpr std::size_t mostEventsPerRound = 3;
 constexpr double longestPause = 0.15;
 constexpr double settleBound = 3;
 constexpr Seconds lookInterval{0.02};
-/// The engine's longest chain of delays, and what its calls take.
-constexpr Seconds passesTake{2.5};
 const std::string tapPrefix = "orvanta-tap-";
 
 /// A tap that is gone at the end of a block, however that ends.

@@ -20,6 +20,10 @@ namespace orvanta::test {
 /// A private server with one stereo device, "speakers", which is the default.
 class EndToEndTest : public testing::Test {
 protected:
+    /// The engine's longest chain of delays after a change of devices, and what its calls take. A
+    /// tap may be re-routed meanwhile, with a moment of silence each time.
+    static constexpr Seconds passesTake{2.5};
+
     /// Long enough for every recording of a test.
     static constexpr std::size_t signalFrames = 30UL * 48000UL;
 

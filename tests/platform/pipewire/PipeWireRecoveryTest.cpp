@@ -1,6 +1,7 @@
 #include "platform/pipewire/TapName.h"
 #include "tests/platform/pipewire/support/PipeWireTest.h"
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace orvanta::test {
@@ -14,6 +15,16 @@ protected:
         tap_ = std::make_unique<PlayedTap>(hardware(), ownProcess(), "speakers");
         awaitTapped(::getpid(), "speakers");
         ASSERT_TRUE(awaitSound());
+    }
+
+    void takeOut() {
+        const GraphObject node = tapNodes().at(0);
+        runToEnd({"pw-cli", "destroy", std::to_string(node.id)});
+        graph().await("the node is gone", [&] {
+            return std::ranges::none_of(tapNodes(), [&](const GraphObject& other) {
+                return other.get("object.serial") == node.get("object.serial");
+            });
+        });
     }
 
     [[nodiscard]] bool awaitSound() const {
@@ -108,11 +119,28 @@ TEST_F(PipeWireRecovery, OfTheLastDeviceBringsTheTapBack) {
 
 TEST_F(PipeWireRecovery, PutsATapBackThatSomebodyTookOut) {
     tapOwnStream();
-    const std::string serial = tapNodes().at(0).get("object.serial");
-    runToEnd({"pw-cli", "destroy", std::to_string(tapNodes().at(0).id)});
-    graph().await("there is another node", [&] {
-        return tapNodes().size() == 1 && tapNodes()[0].get("object.serial") != serial;
-    });
+    takeOut();
+    graph().await("there is another node", [&] { return tapNodes().size() == 1; });
+    awaitTapped(::getpid(), "speakers");
+    EXPECT_TRUE(awaitSound());
+}
+
+TEST_F(PipeWireRecovery, OfATapThatIsTakenOutAgainAndAgainWaitsAndSaysSo) {
+    tapOwnStream();
+    const auto wasToldToWait = [&] {
+        const std::vector<std::string> texts = log_.texts();
+        return std::ranges::any_of(texts, [](const std::string& text) {
+            return text.find("was taken out of the server again and again") != std::string::npos;
+        });
+    };
+    for (int time = 0; time < 5; ++time) {
+        takeOut();
+        ASSERT_TRUE(eventually(soon, [&] { return tapNodes().size() == 1; }));
+        EXPECT_FALSE(wasToldToWait());
+    }
+    takeOut();
+    EXPECT_TRUE(eventually(soon, wasToldToWait));
+    EXPECT_TRUE(eventually(4 * soon, [&] { return tapNodes().size() == 1; }));
     awaitTapped(::getpid(), "speakers");
     EXPECT_TRUE(awaitSound());
 }

@@ -132,6 +132,34 @@ TEST_F(PipeWireStandstill, FailsANewAggregate) {
     awaitPlaysTo(::getpid(), "speakers");
 }
 
+// Whoever hears of a change reads the list, and takes one that is refused for the end of all
+// devices.
+TEST_F(PipeWireStandstill, TellsNobodyOfAListThatCannotBeRead) {
+    meet();
+    auto played = std::make_unique<PlayedTap>(hardware(), process_, "speakers");
+    awaitTapped(::getpid(), "speakers");
+    std::atomic<int> changes{0};
+    const AudioObjectPropertyAddress list{kAudioHardwarePropertyDevices};
+    const auto count = [](AudioObjectID, const AudioObjectPropertyAddress&, void* data) {
+        ++*static_cast<std::atomic<int>*>(data);
+        return noErr;
+    };
+    server_.freezeServer();
+    EXPECT_TRUE(eventually(soon, [&] { return bounded([&] { return listDevices(); }) != noErr; }));
+    ASSERT_EQ(hardware().addPropertyListener(kAudioObjectSystemObject, list, count, &changes),
+              noErr);
+    bounded([&] {
+        played.reset();
+        return 0;
+    });
+    EXPECT_EQ(changes, 0);
+
+    server_.thawServer();
+    EXPECT_TRUE(eventually(soon, [&] { return changes > 0; }));
+    EXPECT_EQ(listDevices(), noErr);
+    hardware().removePropertyListener(kAudioObjectSystemObject, list, count, &changes);
+}
+
 TEST_F(PipeWireStandstill, FailsTheFirstStart) {
     meet();
     AudioObjectID tap = kAudioObjectUnknown;
