@@ -1,5 +1,4 @@
 #include "tests/e2e/support/EndToEndTest.h"
-#include "tests/e2e/support/GainTap.h"
 #include "tests/e2e/support/SignalMatch.h"
 
 namespace orvanta::test {
@@ -39,18 +38,19 @@ TEST_F(DeviceVolume, StaysTheUsersThroughTapReRouteAndRelease) {
     client.open();
     EXPECT_NEAR(heard(client.pid(), "speakers"), speakersGain, 1e-3);
 
-    {
-        mixer().awaitDevice("headphones");
-        GainTap tap(mixer().hardware(), mixer().awaitProcess(client.pid()), "speakers", 0.5F);
-        awaitTapped(client.pid());
-        EXPECT_NEAR(heard(client.pid(), "speakers"), 0.5 * speakersGain, 1e-3);
-        EXPECT_EQ(shown("speakers"), speakers);
+    mixer().awaitDevice("headphones");
+    mixer().tap(client.pid(), 0.5F);
+    awaitTapped(client.pid());
+    EXPECT_NEAR(heard(client.pid(), "speakers"), 0.5 * speakersGain, 1e-3);
+    EXPECT_EQ(shown("speakers"), speakers);
 
-        tap.moveTo("headphones");
-        EXPECT_NEAR(heard(client.pid(), "headphones"), 0.5 * headphonesGain, 1e-3);
-        EXPECT_EQ(shown("speakers"), speakers);
-        EXPECT_EQ(shown("headphones"), headphones);
-    }
+    ASSERT_TRUE(mixer().manager().routeToDevice(client.pid(), "headphones"));
+    awaitTapped(client.pid());
+    EXPECT_NEAR(heard(client.pid(), "headphones"), 0.5 * headphonesGain, 1e-3);
+    EXPECT_EQ(shown("speakers"), speakers);
+    EXPECT_EQ(shown("headphones"), headphones);
+
+    mixer().manager().removeTap(client.pid());
     awaitOnly(client.pid(), "speakers");
     EXPECT_NEAR(heard(client.pid(), "speakers"), speakersGain, 1e-3);
     EXPECT_EQ(shown("speakers"), speakers);

@@ -8,16 +8,12 @@ namespace orvanta::test {
 
 namespace {
 
-constexpr std::size_t halfASecond = 24000;
-
 class Restart : public EndToEndTest {
 protected:
     void expectTapped(StreamClient& client) {
         awaitTapped(client.pid());
         const GraphObject stream = graph().awaitPlayback(client.pid());
-        const Capture capture = recordUndisturbed(stream.id, "speakers", halfASecond);
-        const PassageCounts counts = countPassages(capture.channels[2], client.noise(), 0, 0.5F);
-        EXPECT_EQ(counts.gained, capture.frames()) << counts;
+        expectSignal(client.noise(), Sound::halved, stream.id);
     }
 
     /// The devices go and come with the session manager, as hardware does, which is its charge.
@@ -96,9 +92,7 @@ TEST_F(Restart, OfThePulseBridgeLetsARestartedPlayerBeTapped) {
     mixer().tap(player->pid(), 0.5F);
     awaitTapped(player->pid());
 
-    const Capture capture = recordUndisturbed(stream.id, "speakers", halfASecond);
-    const PassageCounts counts = countPassages(capture.channels[2], noise, 0, 0.5F);
-    EXPECT_EQ(counts.gained, capture.frames()) << counts;
+    expectSignal(noise, Sound::halved, stream.id);
 }
 
 class VanishingDevices : public EndToEndTest {
@@ -148,9 +142,7 @@ TEST_F(VanishingDevices, NeverLetATapSwallowUntappedPrograms) {
     tap.moveTo("speakers");
     awaitTapped(tapped.pid());
     const GraphObject stream = graph().awaitPlayback(tapped.pid());
-    const Capture capture = recordUndisturbed(stream.id, "speakers", halfASecond);
-    const PassageCounts counts = countPassages(capture.channels[2], tapped.noise(), 0, 0.5F);
-    EXPECT_EQ(counts.gained, capture.frames()) << counts;
+    expectSignal(tapped.noise(), Sound::halved, stream.id);
 }
 
 TEST_F(VanishingDevices, LeaveUntappedProgramsOnTheDeviceThatRemains) {

@@ -11,14 +11,7 @@ TEST_P(UntappedPlayers, AreHeardAtUnitySampleForSample) {
     const NoiseSignal noise(5);
     RealPlayer player(GetParam(), noiseFile(noise), server_.directory());
     const GraphObject stream = graph().awaitPlayback(player.pid());
-
-    const Capture capture = recordUndisturbed(stream.id, "speakers", 24000);
-
-    for (std::uint32_t channel = 0; channel < 2; ++channel) {
-        const PassageCounts counts =
-            countPassages(capture.channels[2 + channel], noise, channel, 0.5F);
-        EXPECT_EQ(counts.leaked, capture.frames()) << counts;
-    }
+    expectSignal(noise, Sound::own, stream.id);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryKind, UntappedPlayers,

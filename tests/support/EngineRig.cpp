@@ -17,18 +17,30 @@ EngineRig::EngineRig(const embedded::ServerSettings& settings,
           server.addProgram({.pid = pid, .name = "Player", .source = embedded::constant(0.5F)})),
       manager(std::make_unique<AudioTapManager>(platformWith(server))) {
     processTable.names[pid] = "player";
-    server.journal().clear();
-    log.clear();
+    forget();
 }
 
-std::vector<float> EngineRig::nextCycle() {
-    server.clearPlayed(speakers);
-    server.step(speakers);
-    return server.played(speakers);
+AudioObjectID EngineRig::addDevice(const std::string& uid, FourCharCode transport) {
+    auto device = speakersByDefault();
+    device.uid = uid;
+    device.name = uid;
+    device.transport = transport;
+    return server.addDevice(device);
+}
+
+std::vector<float> EngineRig::nextCycle(AudioObjectID device) {
+    server.clearPlayed(device);
+    server.step(device);
+    return server.played(device);
 }
 
 std::vector<std::string> EngineRig::lifecycleCalls() {
     return server.journal().operations(embedded::Journal::lifecycle());
+}
+
+void EngineRig::forget() {
+    server.journal().clear();
+    log.clear();
 }
 
 void EngineRig::expectNothingLeft() {

@@ -5,6 +5,8 @@
 #include "tests/support/PlatformFakes.h"
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace orvanta::test {
 
@@ -44,10 +46,19 @@ public:
         return *static_cast<AudioCallbackRef*>(server.lastClientData)->state;
     }
 
-    /// What the device plays in the next cycle, channels interleaved.
-    std::vector<float> nextCycle();
+    /// Another device like the speakers, named as its UID.
+    AudioObjectID addDevice(const std::string& uid,
+                            FourCharCode transport = kAudioDeviceTransportTypeUSB);
+    /// What a device plays in the next cycle, channels interleaved.
+    std::vector<float> nextCycle(AudioObjectID device);
+
+    /// The same of the speakers.
+    std::vector<float> nextCycle() { return nextCycle(speakers); }
+
     /// Calls that make, end, start or stop something, since the journal was last cleared.
     [[nodiscard]] std::vector<std::string> lifecycleCalls();
+    /// Clears journal and log.
+    void forget();
     /// Nothing of ours is left in the audio system and the process plays on its own.
     void expectNothingLeft();
 };

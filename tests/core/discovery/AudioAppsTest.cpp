@@ -1,11 +1,14 @@
 // Which applications the user may mix.
 
-#include "core/discovery/AudioProcessDiscovery.h"
-#include "platform/embedded/EmbeddedAudioServer.h"
-#include "tests/support/PlatformFakes.h"
+#include "tests/core/discovery/DiscoveryTest.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace orvanta::test {
 namespace {
@@ -14,19 +17,9 @@ using embedded::Operation;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class AudioApps : public testing::Test {
+class AudioApps : public DiscoveryTest {
 protected:
-    /// A process that has opened audio.
-    AudioObjectID play(std::int32_t pid, bool playing = true) {
-        return server.addProgram({.pid = pid, .playing = playing});
-    }
-
-    RunningApplication& runApp(std::int32_t pid, std::optional<std::string> name,
-                               std::optional<std::string> bundle = std::nullopt) {
-        return workspace.applications[pid] = {.processIdentifier = pid,
-                                              .localizedName = std::move(name),
-                                              .bundleIdentifier = std::move(bundle)};
-    }
+    std::vector<AudioApp> discover() override { return discovery.discoverAudioApps(); }
 
     AudioObjectID playApp(std::int32_t pid, const std::string& name, bool playing = true) {
         runApp(pid, name);
@@ -40,21 +33,6 @@ protected:
         processes.parents[pid] = parent;
         return play(pid, playing);
     }
-
-    std::vector<AudioApp> discover() { return discovery.discoverAudioApps(); }
-
-    std::vector<std::string> names() {
-        std::vector<std::string> result;
-        for (const AudioApp& app : discover())
-            result.push_back(app.name);
-        return result;
-    }
-
-    EmbeddedAudioServer server;
-    PlatformFakes fakes;
-    ScriptedProcessTable& processes = fakes.processTable;
-    ScriptedWorkspace& workspace = fakes.workspace;
-    AudioProcessDiscovery discovery{fakes.platformWith(server)};
 };
 
 TEST_F(AudioApps, AreNoneWhereNothingPlaysOrTheListCannotBeRead) {

@@ -1,12 +1,14 @@
-#include "core/discovery/AudioProcessDiscovery.h"
+// Every process that has opened audio.
 
-#include "platform/embedded/EmbeddedAudioServer.h"
-#include "tests/support/PlatformFakes.h"
+#include "tests/core/discovery/DiscoveryTest.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace orvanta::test {
 namespace {
@@ -16,26 +18,9 @@ using embedded::Operation;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Discovery : public testing::Test {
+class Discovery : public DiscoveryTest {
 protected:
-    AudioObjectID play(std::int32_t pid, bool playing = true) {
-        return server.addProgram({.pid = pid, .playing = playing});
-    }
-
-    std::vector<AudioApp> discover() { return discovery.discoverAllAudioProcesses(); }
-
-    std::vector<std::string> names() {
-        std::vector<std::string> result;
-        for (const AudioApp& app : discover())
-            result.push_back(app.name);
-        return result;
-    }
-
-    EmbeddedAudioServer server;
-    PlatformFakes fakes;
-    ScriptedProcessTable& processes = fakes.processTable;
-    ScriptedWorkspace& workspace = fakes.workspace;
-    AudioProcessDiscovery discovery{fakes.platformWith(server)};
+    std::vector<AudioApp> discover() override { return discovery.discoverAllAudioProcesses(); }
 };
 
 TEST_F(Discovery, WithoutAudioProcessesTheListIsEmpty) {
@@ -64,9 +49,7 @@ TEST_F(Discovery, AListOfFewerBytesThanOneObjectIsEmpty) {
 
 TEST_F(Discovery, ARunningApplicationGivesItsNameBundleAndIcon) {
     const auto object = play(10);
-    workspace.applications[10] = {.processIdentifier = 10,
-                                  .localizedName = "Music Box",
-                                  .bundleIdentifier = "org.example.musicbox"};
+    runApp(10, "Music Box", "org.example.musicbox");
     workspace.install("org.example.musicbox", "box");
     processes.names[10] = "musicboxd";
     const auto apps = discover();
@@ -82,16 +65,13 @@ TEST_F(Discovery, ARunningApplicationGivesItsNameBundleAndIcon) {
 
 TEST_F(Discovery, AnIconOfAnApplicationThatIsNotInstalledIsThatOfTheRunningOne) {
     play(10);
-    workspace.applications[10] = {.processIdentifier = 10,
-                                  .localizedName = "Music Box",
-                                  .bundleIdentifier = "org.example.musicbox",
-                                  .icon = std::make_shared<KeyIcon>("running")};
+    runApp(10, "Music Box", "org.example.musicbox").icon = std::make_shared<KeyIcon>("running");
     EXPECT_EQ(discover()[0].icon->cacheKey(), "running");
 }
 
 TEST_F(Discovery, AnApplicationWithoutANameIsUnknown) {
     play(10);
-    workspace.applications[10] = {.processIdentifier = 10};
+    runApp(10, std::nullopt);
     EXPECT_THAT(names(), ElementsAre("Unknown (PID: 10)"));
 }
 

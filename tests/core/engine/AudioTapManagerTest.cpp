@@ -130,8 +130,7 @@ TEST(AudioTapManager, ASecondCreateTapForTheSameProcessChangesNothingAndSucceeds
     EngineRig rig;
     ASSERT_TRUE(rig.manager->createTap(pid, rig.program));
     rig.manager->setVolume(pid, 0.25F);
-    rig.server.journal().clear();
-    rig.log.clear();
+    rig.forget();
     EXPECT_TRUE(rig.manager->createTap(pid, rig.program));
     EXPECT_THAT(rig.server.journal().entries(), IsEmpty());
     EXPECT_THAT(rig.log.texts(), ElementsAre("Tap already exists for PID 100"));
@@ -388,8 +387,7 @@ TEST(AudioTapManager, ATapFormatThatIsTooShortCountsAsUnreadable) {
 TEST(AudioTapManager, RemoveTapDestroysTheTapFirstAndTheAggregateLast) {
     EngineRig rig;
     ASSERT_TRUE(rig.manager->createTap(pid));
-    rig.server.journal().clear();
-    rig.log.clear();
+    rig.forget();
     rig.manager->removeTap(pid);
     EXPECT_THAT(rig.lifecycleCalls(),
                 ElementsAre("AudioHardwareDestroyProcessTap", "AudioDeviceStop",

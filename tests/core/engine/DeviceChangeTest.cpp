@@ -1,9 +1,8 @@
 // Devices that vanish and defaults that move while taps run, in virtual time.
 
-#include "tests/support/EngineRig.h"
+#include "tests/core/engine/TapOnSpeakersTest.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <thread>
 
@@ -24,24 +23,11 @@ constexpr OSStatus refusal = -4321;
 constexpr AudioObjectPropertyAddress deviceListChange{kAudioHardwarePropertyDevices};
 constexpr AudioObjectPropertyAddress defaultChange{kAudioHardwarePropertyDefaultOutputDevice};
 
-/// Speakers, which are the default, headphones and one tap on the speakers.
-class DeviceChange : public testing::Test {
+class DeviceChange : public TapOnSpeakersTest {
 protected:
-    explicit DeviceChange(const embedded::ServerSettings& settings = {}) : rig(settings) {
-        headphones = addDevice("headphones");
-        rig.manager->createTap(pid, rig.program);
+    DeviceChange() {
         runPosted();
-        rig.log.clear();
-        rig.server.journal().clear();
-    }
-
-    AudioObjectID addDevice(const std::string& uid,
-                            FourCharCode transport = kAudioDeviceTransportTypeUSB) {
-        auto device = EngineRig::speakersByDefault();
-        device.uid = uid;
-        device.name = uid;
-        device.transport = transport;
-        return rig.server.addDevice(device);
+        rig.forget();
     }
 
     /// Runs what waits on the main queue, without letting time pass.
@@ -51,14 +37,7 @@ protected:
     void choose(const std::string& uid) {
         ASSERT_TRUE(rig.manager->routeToDevice(pid, uid));
         runPosted();
-        rig.log.clear();
-        rig.server.journal().clear();
-    }
-
-    std::vector<float> played(AudioObjectID device) {
-        rig.server.clearPlayed(device);
-        rig.server.step(device);
-        return rig.server.played(device);
+        rig.forget();
     }
 
     /// The lines that tell of changes, in order; those of every build, start and first callback
@@ -77,9 +56,6 @@ protected:
     }
 
     AudioObjectID aggregate() { return rig.server.holdings().aggregates.at(0); }
-
-    EngineRig rig;
-    AudioObjectID headphones = kAudioObjectUnknown;
 };
 
 // ---- listeners
@@ -152,7 +128,7 @@ TEST_F(DeviceChange, ATapWhoseChosenDeviceIsGonePlaysOnTheDefaultHalfASecondLate
     EXPECT_EQ(rig.manager->getEQ(pid)->gains[2], 3.0F);
     EXPECT_TRUE(rig.manager->isMuted(pid));
     rig.manager->setMuted(pid, false);
-    EXPECT_GT(played(rig.speakers).back(), 0.0F);
+    EXPECT_GT(rig.nextCycle(rig.speakers).back(), 0.0F);
     rig.runLoop.advance(1h);
     EXPECT_EQ(lines().size(), 3U) << "no retry";
 }
@@ -162,14 +138,14 @@ TEST_F(DeviceChange, ATapStaysOnTheDefaultWhenItsChosenDeviceReturns) {
     rig.server.removeDevice(headphones);
     rig.runLoop.advance(1s);
     rig.log.clear();
-    addDevice("headphones");
+    rig.addDevice("headphones");
     rig.runLoop.advance(1h);
     EXPECT_THAT(lines(), IsEmpty());
     EXPECT_EQ(rig.manager->getOutputDeviceUID(pid), std::nullopt);
 }
 
 TEST_F(DeviceChange, ALostBluetoothDeviceIsToldBeforeAnythingIsAskedOfTheAggregate) {
-    const AudioObjectID headset = addDevice("headset", kAudioDeviceTransportTypeBluetooth);
+    const AudioObjectID headset = rig.addDevice("headset", kAudioDeviceTransportTypeBluetooth);
     choose("headset");
     rig.server.removeDevice(headset);
     runPosted();
@@ -179,7 +155,7 @@ TEST_F(DeviceChange, ALostBluetoothDeviceIsToldBeforeAnythingIsAskedOfTheAggrega
     for (const auto& entry : rig.server.journal().entries())
         EXPECT_NE(entry.address->mSelector, kAudioAggregateDevicePropertyActiveSubDeviceList);
     rig.runLoop.advance(500ms);
-    EXPECT_THAT(played(rig.speakers), Each(0.5F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.5F));
 }
 
 /// Answers of its own about the sub-devices of aggregates.
@@ -304,7 +280,7 @@ TEST_F(DeviceChange, AnUnreadableListCountsEveryTapAsLost) {
                     ElementsAre("⚠️ Aggregate output device " + std::to_string(rig.speakers) +
                                 " disappeared for PID 100\n"));
         rig.runLoop.advance(1s);
-        EXPECT_THAT(played(rig.speakers), Each(0.5F));
+        EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.5F));
     }
 }
 
@@ -330,14 +306,14 @@ TEST_F(DeviceChange, WithoutTapsAChangedListLeadsToNothing) {
 }
 
 TEST_F(DeviceChange, ADeviceChosenDuringADelayIsLostToThePass) {
-    addDevice("other");
+    rig.addDevice("other");
     choose("headphones");
     rig.server.removeDevice(headphones);
     runPosted();
     ASSERT_TRUE(rig.manager->routeToDevice(pid, "other"));
     rig.runLoop.advance(500ms);
     EXPECT_EQ(rig.manager->getOutputDeviceUID(pid), std::nullopt);
-    EXPECT_THAT(played(rig.speakers), Each(0.5F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.5F));
 }
 
 TEST_F(DeviceChange, AChangeThatConcernsNoTapSaysAndSchedulesNothing) {
@@ -359,7 +335,7 @@ TEST_F(DeviceChange, AFailedReRouteIsTriedOnceMoreAfterOneAndAHalfSeconds) {
     rig.runLoop.advance(1ms);
     EXPECT_THAT(lines(), ElementsAre("🔄 Retry re-routing PID 100 after device disconnect\n",
                                      "Routed PID 100 to device: default"));
-    EXPECT_THAT(played(rig.speakers), Each(0.5F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.5F));
 }
 
 TEST_F(DeviceChange, ThereIsNoThirdTry) {
@@ -421,7 +397,7 @@ TEST_F(DeviceChange, TwoPassesInFlightRebuildTwice) {
     rig.server.notify(kAudioObjectSystemObject, deviceListChange);
     rig.runLoop.advance(1h);
     EXPECT_EQ(builds(), 2U);
-    EXPECT_THAT(played(rig.speakers), Each(0.5F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.5F));
 }
 
 // ---- the default output moves
@@ -430,13 +406,13 @@ TEST_F(DeviceChange, ATapThatFollowsTheDefaultIsRebuiltThreeTenthsOfASecondLater
     rig.server.setDefaultOutput(headphones);
     rig.runLoop.advance(299ms);
     EXPECT_THAT(lines(), ElementsAre("🔊 Default output changed: speakers → headphones\n"));
-    EXPECT_THAT(played(headphones), Each(0.0F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(0.0F));
     rig.runLoop.advance(1ms);
     EXPECT_THAT(lines(), ElementsAre("🔊 Default output changed: speakers → headphones\n",
                                      "🔄 Rebuilding PID 100 for new default output headphones\n",
                                      "Routed PID 100 to device: default"));
-    EXPECT_THAT(played(headphones), Each(0.5F));
-    EXPECT_THAT(played(rig.speakers), Each(0.0F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(0.5F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.0F));
     EXPECT_EQ(rig.manager->getOutputDeviceUID(pid), std::nullopt);
 }
 
@@ -454,7 +430,7 @@ TEST_F(DeviceChange, ATapWithAChosenDeviceDoesNotFollowTheDefault) {
     rig.runLoop.advance(1h);
     EXPECT_THAT(lines(), ElementsAre("🔊 Default output changed: speakers → headphones\n"));
     EXPECT_EQ(builds(), 0U);
-    EXPECT_THAT(played(rig.speakers), Each(0.5F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.5F));
 }
 
 TEST_F(DeviceChange, AFailedRebuildIsNotTriedAgain) {
@@ -488,7 +464,7 @@ TEST_F(DeviceChange, ADefaultThatWasOrIsAbsentReadsNil) {
                                      none, "🔊 Default output changed: nil → headphones\n",
                                      "🔄 Rebuilding PID 100 for new default output headphones\n",
                                      "Routed PID 100 to device: default"));
-    EXPECT_THAT(played(headphones), Each(0.5F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(0.5F));
 }
 
 TEST_F(DeviceChange, ADefaultThatStaysAbsentIsNoChange) {
@@ -525,7 +501,7 @@ TEST_F(DeviceChange, ADeviceThatIsBothLostAndTheDefaultIsFollowedAndReRouted) {
                              {"🔊 Default output changed: speakers → headphones\n",
                               "🔄 Rebuilding PID 100 for new default output headphones\n",
                               "🔄 Re-routing PID 100 to default output after device disconnect\n"}));
-    EXPECT_THAT(played(headphones), Each(0.5F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(0.5F));
 }
 
 // ---- the manager's end
@@ -544,8 +520,7 @@ TEST_F(DeviceChange, EveryPassThatFindsNoManagerDoesNothing) {
     EXPECT_EQ(rig.runLoop.timeToNextTask(), Seconds(0.3)) << "a rebuild, a re-route, a retry";
     rig.server.notify(kAudioObjectSystemObject, deviceListChange);
     rig.manager.reset();
-    rig.log.clear();
-    rig.server.journal().clear();
+    rig.forget();
     rig.runLoop.advance(1h);
     EXPECT_THAT(rig.log.texts(), IsEmpty());
     EXPECT_THAT(rig.server.journal().entries(), IsEmpty());

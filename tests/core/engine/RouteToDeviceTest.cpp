@@ -1,9 +1,8 @@
 // Moving a running tap from one device to another.
 
-#include "tests/support/EngineRig.h"
+#include "tests/core/engine/TapOnSpeakersTest.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace orvanta::test {
 namespace {
@@ -20,34 +19,17 @@ using testing::Optional;
 constexpr auto pid = EngineRig::pid;
 constexpr OSStatus refusal = -4321;
 
-/// A tap on the speakers at volume 2, and headphones to move it to.
-class RouteToDevice : public testing::Test {
+/// The tap's volume is 2.
+class RouteToDevice : public TapOnSpeakersTest {
 protected:
-    explicit RouteToDevice(const embedded::ServerSettings& settings = {}) : rig(settings) {
-        headphones = addDevice("headphones");
-        rig.manager->createTap(pid, rig.program);
+    explicit RouteToDevice(const embedded::ServerSettings& settings = {})
+        : TapOnSpeakersTest(settings) {
         rig.manager->setVolume(pid, 2.0F);
-        rig.server.journal().clear();
-        rig.log.clear();
-    }
-
-    AudioObjectID addDevice(const std::string& uid,
-                            FourCharCode transport = kAudioDeviceTransportTypeUSB) {
-        auto device = EngineRig::speakersByDefault();
-        device.uid = uid;
-        device.name = uid;
-        device.transport = transport;
-        return rig.server.addDevice(device);
+        rig.forget();
     }
 
     [[nodiscard]] bool route(const std::optional<std::string>& uid) const {
         return rig.manager->routeToDevice(pid, uid);
-    }
-
-    std::vector<float> played(AudioObjectID device) {
-        rig.server.clearPlayed(device);
-        rig.server.step(device);
-        return rig.server.played(device);
     }
 
     /// Names of the calls, and the selectors of those about properties.
@@ -65,20 +47,13 @@ protected:
     std::vector<JournalEntry> entries(Operation operation) {
         return rig.server.journal().entries(Journal::of(operation));
     }
-
-    std::string newAggregate() {
-        return std::to_string(entries(Operation::createAggregateDevice).at(0).created);
-    }
-
-    EngineRig rig;
-    AudioObjectID headphones = kAudioObjectUnknown;
 };
 
 TEST_F(RouteToDevice, MovesTheSoundWithAllItsSettings) {
-    ASSERT_THAT(played(rig.speakers), Each(1.0F));
+    ASSERT_THAT(rig.nextCycle(rig.speakers), Each(1.0F));
     EXPECT_TRUE(route("headphones"));
-    EXPECT_THAT(played(headphones), Each(1.0F)) << "twice the program's 0.5";
-    EXPECT_THAT(played(rig.speakers), Each(0.0F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(1.0F)) << "twice the program's 0.5";
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.0F));
     EXPECT_THAT(rig.manager->getOutputDeviceUID(pid), Optional(std::string("headphones")));
     EXPECT_THAT(rig.manager->getVolume(pid), Optional(2.0F));
     EXPECT_FALSE(rig.manager->isMuted(pid));
@@ -116,11 +91,10 @@ TEST_F(RouteToDevice, KeepsTheTapItself) {
 
 TEST_F(RouteToDevice, WithoutADeviceGoesToTheDefaultOutputAndFollowsItFromThenOn) {
     ASSERT_TRUE(route("headphones"));
-    rig.server.journal().clear();
-    rig.log.clear();
+    rig.forget();
     EXPECT_TRUE(route(std::nullopt));
     EXPECT_EQ(rig.manager->getOutputDeviceUID(pid), std::nullopt);
-    EXPECT_THAT(played(rig.speakers), Each(1.0F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(1.0F));
     EXPECT_TRUE(rig.log.has(LogLevel::info, "Routed PID 100 to device: default"));
 }
 
@@ -152,7 +126,7 @@ TEST_F(RouteToDevice, ToAMutedTapKeepsItMuted) {
     rig.manager->setMuted(pid, true);
     ASSERT_TRUE(route("headphones"));
     EXPECT_TRUE(rig.manager->isMuted(pid));
-    EXPECT_THAT(played(headphones), Each(0.0F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(0.0F));
 }
 
 TEST_F(RouteToDevice, KeepsEveryProcessorAndWhatItRemembers) {
@@ -191,7 +165,7 @@ TEST_F(RouteToDevice, ToAnUnknownDeviceEndsOnTheDefaultOutputAndSaysSo) {
     EXPECT_EQ(builds[0].aggregate->master, "unplugged") << "the system is still asked";
     EXPECT_EQ(builds[1].aggregate->master, "speakers");
     EXPECT_EQ(rig.manager->getOutputDeviceUID(pid), std::nullopt);
-    EXPECT_THAT(played(rig.speakers), Each(1.0F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(1.0F));
 }
 
 TEST_F(RouteToDevice, TakesAnEmptyUIDForAGivenOne) {
@@ -224,16 +198,16 @@ TEST_F(RouteToDevice, WithoutAnyAggregateLeavesATapThatPlaysNowhere) {
     EXPECT_EQ(rig.server.holdings().ioProcs, 0U);
     EXPECT_THAT(rig.log.texts(), ElementsAre("Audio device creation failed: -4321",
                                              "Audio device creation failed: -4321"));
-    EXPECT_THAT(played(rig.speakers), Each(0.0F)) << "the program stays muted";
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(0.0F)) << "the program stays muted";
     // It can be moved and removed like any other.
     EXPECT_TRUE(route("headphones"));
-    EXPECT_THAT(played(headphones), Each(1.0F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(1.0F));
     rig.manager->removeTap(pid);
     rig.expectNothingLeft();
 }
 
 TEST_F(RouteToDevice, WithoutAnyAggregateKeepsTheChosenDeviceInMind) {
-    addDevice("headset", kAudioDeviceTransportTypeBluetooth);
+    rig.addDevice("headset", kAudioDeviceTransportTypeBluetooth);
     ASSERT_TRUE(route("headset"));
     // The client data of its IOProc is about to go.
     const auto state = static_cast<AudioCallbackRef*>(rig.server.lastClientData)->state;
@@ -246,7 +220,7 @@ TEST_F(RouteToDevice, WithoutAnyAggregateKeepsTheChosenDeviceInMind) {
 }
 
 TEST_F(RouteToDevice, ThatFallsBackRemembersABluetoothDefaultAndForgetsAnother) {
-    const AudioObjectID headset = addDevice("headset", kAudioDeviceTransportTypeBluetooth);
+    const AudioObjectID headset = rig.addDevice("headset", kAudioDeviceTransportTypeBluetooth);
     rig.server.setDefaultOutput(headset);
     EXPECT_FALSE(route("unplugged"));
     EXPECT_EQ(rig.state().btOutputDeviceID, headset);
@@ -274,7 +248,7 @@ TEST_F(RouteToDevice, ToADeviceThatDoesNotStartFailsThereAndStaysRouted) {
     EXPECT_EQ(rig.server.holdings().ioProcs, 0U);
     EXPECT_EQ(rig.manager->getCallbackCount(pid), 0U);
     EXPECT_TRUE(route("headphones")) << "the next move finds it as any other";
-    EXPECT_THAT(played(headphones), Each(1.0F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(1.0F));
     rig.manager->removeTap(pid);
     rig.expectNothingLeft();
 }
@@ -287,11 +261,11 @@ TEST_F(RouteToDevice, WhoseFallbackDoesNotStartLeavesAnAggregateWithoutAnIOProc)
     EXPECT_EQ(rig.server.holdings().ioProcs, 0U);
     EXPECT_TRUE(rig.log.has(LogLevel::error, "Audio callback setup failed: -4321"));
     EXPECT_TRUE(route(std::nullopt));
-    EXPECT_THAT(played(rig.speakers), Each(1.0F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(1.0F));
 }
 
 TEST_F(RouteToDevice, RemembersABluetoothDeviceUntilTheNextMove) {
-    const AudioObjectID headset = addDevice("headset", kAudioDeviceTransportTypeBluetooth);
+    const AudioObjectID headset = rig.addDevice("headset", kAudioDeviceTransportTypeBluetooth);
     ASSERT_TRUE(route("headset"));
     EXPECT_EQ(rig.state().btOutputDeviceID, headset);
     ASSERT_TRUE(route("headphones"));
@@ -303,8 +277,8 @@ TEST_F(RouteToDevice, TwoTapsPlayOnTwoDevices) {
         rig.server.addProgram({.pid = 200, .name = "Other", .source = embedded::constant(0.25F)});
     ASSERT_TRUE(rig.manager->createTap(200, other));
     ASSERT_TRUE(rig.manager->routeToDevice(200, "headphones"));
-    EXPECT_THAT(played(rig.speakers), Each(1.0F));
-    EXPECT_THAT(played(headphones), Each(0.25F));
+    EXPECT_THAT(rig.nextCycle(rig.speakers), Each(1.0F));
+    EXPECT_THAT(rig.nextCycle(headphones), Each(0.25F));
 }
 
 class RouteToUnlistedDevice : public RouteToDevice {

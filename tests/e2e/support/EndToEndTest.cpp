@@ -149,6 +149,19 @@ double EndToEndTest::mixResidual(const std::string& device,
     return best;
 }
 
+void EndToEndTest::expectSignal(const NoiseSignal& noise, Sound sound, std::uint32_t playbackNode,
+                                const std::string& device) const {
+    const Capture capture = recordUndisturbed(playbackNode, device, 24000);
+    ASSERT_EQ(capture.channels.size(), 4U);
+    for (std::uint32_t channel = 0; channel < 2; ++channel) {
+        const PassageCounts counts =
+            countPassages(capture.channels[2 + channel], noise, channel, 0.5F);
+        EXPECT_EQ(sound == Sound::halved ? counts.gained : counts.leaked, capture.frames())
+            << counts;
+        EXPECT_EQ(counts.lost + counts.repeated, 0U) << counts;
+    }
+}
+
 PassageCounts EndToEndTest::countPassages(const std::vector<float>& recorded,
                                           const NoiseSignal& noise, std::uint32_t channel,
                                           float gain) {

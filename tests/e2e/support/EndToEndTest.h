@@ -73,6 +73,17 @@ protected:
                                                      const NoiseSignal& noise,
                                                      std::uint32_t channel, float gain);
 
+    /// What of a program's sound a device is to carry.
+    enum class Sound {
+        halved, ///< through a tap of half the volume
+        own,    ///< as the program plays it
+    };
+
+    /// Records half a second of a device beside a stream that plays the signal: each side of the
+    /// device carries the same side of the signal, sample for sample, and nothing else.
+    void expectSignal(const NoiseSignal& noise, Sound sound, std::uint32_t playbackNode,
+                      const std::string& device = "speakers") const;
+
     /// A few units in the last place of a float, at the levels of the signals.
     static constexpr double rounding = 2e-7;
 

@@ -68,6 +68,18 @@ protected:
         return sink;
     }
 
+    /// A tap is refused, and the only stream plays on where it did.
+    void expectNoTap(const std::vector<std::string>& nodes) {
+        EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
+        EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
+        awaitAllPlayTo(1, nodes);
+    }
+
+    /// How often it was told of a stream that it is heard beside the tap.
+    [[nodiscard]] std::ptrdiff_t timesToldBesideTheTap() const {
+        return timesLogged("cannot be moved and is heard beside the tap 'Played tap'");
+    }
+
     [[nodiscard]] std::ptrdiff_t timesLogged(const std::string& end) const {
         const auto texts = log_.texts();
         return std::ranges::count_if(texts, [&](const auto& text) { return text.ends_with(end); });
@@ -126,14 +138,12 @@ TEST_F(PipeWireStubbornStreams, ThatOpenLaterAreHeardBesideTheTapWhichIsTold) {
     const std::string tapName = tapNodes().at(0).get("node.name");
     graph().await("one is tapped and one is not",
                   [&] { return playsTo(tapName) == 1 && playsTo("speakers") == 1; });
-    EXPECT_TRUE(eventually(soon, [&] {
-        return timesLogged("cannot be moved and is heard beside the tap 'Played tap'") == 1;
-    }));
+    EXPECT_TRUE(eventually(soon, [&] { return timesToldBesideTheTap() == 1; }));
 
     // Such a stream ends when what it plays on goes, so it must never have been on the tap.
     tap.reset();
     expectUntouched(2);
-    EXPECT_EQ(timesLogged("cannot be moved and is heard beside the tap 'Played tap'"), 1);
+    EXPECT_EQ(timesToldBesideTheTap(), 1);
 }
 
 /// Once another program plays on the device that they had, they would not get it back.
@@ -151,9 +161,7 @@ TEST_F(PipeWireStubbornStreams, ThatAreAlsoLinkedByHandAreNotTapped) {
     linkByHand("headphones");
     awaitAllPlayTo(1, {"headphones", "speakers"});
     awaitDevice("speakers");
-    EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
-    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
-    awaitAllPlayTo(1, {"headphones", "speakers"});
+    expectNoTap({"headphones", "speakers"});
 }
 
 /// A duplex device has inputs like any other, and is none of those that are listed.
@@ -164,9 +172,7 @@ TEST_F(PipeWireStubbornStreams, ThatAreAlsoLinkedToADuplexDeviceAreNotTapped) {
     linkByHand("duplex");
     awaitAllPlayTo(1, {"duplex", "speakers"});
     awaitDevice("speakers");
-    EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
-    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
-    awaitAllPlayTo(1, {"duplex", "speakers"});
+    expectNoTap({"duplex", "speakers"});
 }
 
 /// Nobody hears what a recorder takes from a stream.
@@ -191,11 +197,9 @@ TEST_F(PipeWireStubbornStreams, ThatAreLinkedByHandStandInNobodysWayUntilTheyAre
     awaitDevice("speakers");
     const PlayedTap tap(hardware(), ownProcess(), "speakers");
     EXPECT_TRUE(eventually(soon, [&] { return tap.input() == OwnStream::level; }));
-    EXPECT_EQ(timesLogged("cannot be moved and is heard beside the tap 'Played tap'"), 0);
+    EXPECT_EQ(timesToldBesideTheTap(), 0);
     linkByHand("speakers", "silent");
-    EXPECT_TRUE(eventually(soon, [&] {
-        return timesLogged("cannot be moved and is heard beside the tap 'Played tap'") == 1;
-    }));
+    EXPECT_TRUE(eventually(soon, [&] { return timesToldBesideTheTap() == 1; }));
 }
 
 /// There is nothing in encoded sound that a volume could be applied to, and the session manager
@@ -207,9 +211,7 @@ TEST_F(PipeWireStubbornStreams, ThatCarryEncodedSoundAreNotTapped) {
     const OwnStream stream({{"node.passthrough", "true"}, {"target.object", "receiver"}},
                            SoundFormat::encoded);
     awaitAllPlayTo(1, {"receiver"});
-    EXPECT_THROW(PlayedTap(hardware(), ownProcess(), "speakers"), std::runtime_error);
-    EXPECT_TRUE(eventually(soon, [&] { return tapNodes().empty(); }));
-    awaitAllPlayTo(1, {"receiver"});
+    expectNoTap({"receiver"});
 }
 
 TEST_F(PipeWireStubbornStreams, ThatTurnOutToBeSoLaterAreLeftAloneAndTheTapStays) {

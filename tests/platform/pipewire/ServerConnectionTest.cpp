@@ -10,6 +10,8 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <memory>
+#include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -51,69 +53,65 @@ struct Told : pipewire::ConnectionListener {
     void serverLost() override { ++lost; }
 };
 
-TEST(ServerConnection, IsLostWhenTheServerIsSilentAfterAnError) {
-    const TemporaryDirectory directory;
-    const std::string path = (directory.path() / "silent").string();
-    const SilentServer server(path);
-    RecordingLog log;
-    const Logger logger(log, "test");
-    Told told;
-    pipewire::ControlLoop loop;
-    ASSERT_TRUE(loop.isUsable());
-    auto connection =
-        std::make_unique<pipewire::ServerConnection>(loop, path, "test", told, logger);
-    ASSERT_TRUE(loop.start());
-    ASSERT_TRUE(eventually(Seconds(10), [&] { return told.connected == 1; }));
+/// A connection to a server that is reached and says nothing.
+class ServerConnection : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(loop_.isUsable());
+        connection_ =
+            std::make_unique<pipewire::ServerConnection>(loop_, path_, "test", told_, logger_);
+        ASSERT_TRUE(loop_.start());
+        ASSERT_TRUE(eventually(Seconds(10), [&] { return told_.connected == 1; }));
+    }
+
+    void TearDown() override { loop_.stop(); }
+
+    /// Where what the server says comes in.
+    [[nodiscard]] pw_proxy* core() const {
+        return reinterpret_cast<pw_proxy*>(connection_->core());
+    }
+
+    TemporaryDirectory directory_;
+    std::string path_ = (directory_.path() / "silent").string();
+    SilentServer server_{path_};
+    RecordingLog log_;
+    Logger logger_{log_, "test"};
+    Told told_;
+    pipewire::ControlLoop loop_;
+    std::unique_ptr<pipewire::ServerConnection> connection_;
+};
+
+TEST_F(ServerConnection, IsLostWhenTheServerIsSilentAfterAnError) {
     // Silence alone means nothing: the server may be stopped or busy.
     letTimePass(Seconds(2.0));
-    EXPECT_EQ(told.lost, 0);
+    EXPECT_EQ(told_.lost, 0);
     {
-        const pipewire::ControlLoop::Lock lock(loop);
-        auto* proxy = reinterpret_cast<pw_proxy*>(connection->core());
+        const pipewire::ControlLoop::Lock lock(loop_);
         // The cast is the macro's own.
         // NOLINTNEXTLINE(modernize-use-auto)
-        pw_proxy_notify(proxy, pw_core_events, error, 0, PW_ID_CORE, 0, -ECONNRESET, "reset");
+        pw_proxy_notify(core(), pw_core_events, error, 0, PW_ID_CORE, 0, -ECONNRESET, "reset");
     }
-    EXPECT_TRUE(eventually(Seconds(10), [&] { return told.lost == 1; }));
-    EXPECT_TRUE(eventually(Seconds(10), [&] { return told.connected == 2; }));
-    loop.stop();
-    connection.reset();
+    EXPECT_TRUE(eventually(Seconds(10), [&] { return told_.lost == 1; }));
+    EXPECT_TRUE(eventually(Seconds(10), [&] { return told_.connected == 2; }));
 }
 
-TEST(ServerConnection, KnowsWhichOfSeveralQuestionsIsAnswered) {
-    const TemporaryDirectory directory;
-    const std::string path = (directory.path() / "silent").string();
-    const SilentServer server(path);
-    RecordingLog log;
-    const Logger logger(log, "test");
-    Told told;
-    pipewire::ControlLoop loop;
-    ASSERT_TRUE(loop.isUsable());
-    auto connection =
-        std::make_unique<pipewire::ServerConnection>(loop, path, "test", told, logger);
-    ASSERT_TRUE(loop.start());
-    ASSERT_TRUE(eventually(Seconds(10), [&] { return told.connected == 1; }));
-    {
-        const pipewire::ControlLoop::Lock lock(loop);
-        const int sequence = pw_core_sync(connection->core(), PW_ID_CORE, 0);
-        const auto first = connection->askAnew();
-        const auto second = connection->askAnew();
-        const auto answer = [&](int question) {
-            auto* proxy = reinterpret_cast<pw_proxy*>(connection->core());
-            // The cast is the macro's own.
-            // NOLINTNEXTLINE(modernize-use-auto)
-            pw_proxy_notify(proxy, pw_core_events, done, 0, PW_ID_CORE, question);
-        };
-        answer(sequence);
-        EXPECT_FALSE(connection->isAnswered(first));
-        answer(sequence + 1);
-        EXPECT_TRUE(connection->isAnswered(first));
-        EXPECT_FALSE(connection->isAnswered(second));
-        answer(sequence + 2);
-        EXPECT_TRUE(connection->isAnswered(second));
-    }
-    loop.stop();
-    connection.reset();
+TEST_F(ServerConnection, KnowsWhichOfSeveralQuestionsIsAnswered) {
+    const pipewire::ControlLoop::Lock lock(loop_);
+    const int sequence = pw_core_sync(connection_->core(), PW_ID_CORE, 0);
+    const auto first = connection_->askAnew();
+    const auto second = connection_->askAnew();
+    const auto answer = [&](int question) {
+        // The cast is the macro's own.
+        // NOLINTNEXTLINE(modernize-use-auto)
+        pw_proxy_notify(core(), pw_core_events, done, 0, PW_ID_CORE, question);
+    };
+    answer(sequence);
+    EXPECT_FALSE(connection_->isAnswered(first));
+    answer(sequence + 1);
+    EXPECT_TRUE(connection_->isAnswered(first));
+    EXPECT_FALSE(connection_->isAnswered(second));
+    answer(sequence + 2);
+    EXPECT_TRUE(connection_->isAnswered(second));
 }
 
 } // namespace

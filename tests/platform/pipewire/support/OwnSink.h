@@ -7,6 +7,8 @@
 
 namespace orvanta::test {
 
+class LoopedStream;
+
 /// A device that this very process offers, with exactly the properties that a test wants it to
 /// have and no others of its own; they can change later, which those of a plugged device cannot.
 class OwnSink {
@@ -20,8 +22,7 @@ public:
     void update(const Properties& properties);
 
 private:
-    struct State;
-    std::unique_ptr<State> state_;
+    std::unique_ptr<LoopedStream> stream_;
 };
 
 } // namespace orvanta::test

@@ -8,6 +8,8 @@
 
 namespace orvanta::test {
 
+class LoopedStream;
+
 /// A stream that this very process plays, through a connection of its own: a steady 0.25 on both
 /// channels. So a test can have one process whose streams come and go, also over the death of the
 /// server.
@@ -35,8 +37,7 @@ public:
 private:
     void setActive(bool isActive);
 
-    struct State;
-    std::unique_ptr<State> state_;
+    std::unique_ptr<LoopedStream> stream_;
 };
 
 } // namespace orvanta::test
