@@ -21,6 +21,7 @@ constexpr double longestPause = 0.15;
 constexpr double settleBound = 3;
 constexpr Seconds lookInterval{0.02};
 const std::string tapPrefix = "orvanta-tap-";
+const std::string givenUp = "tried to link on last rescan, not retrying";
 
 /// A tap that is gone at the end of a block, however that ends.
 class TapInScope {
@@ -117,6 +118,7 @@ void ChurnedAudio::churn(int rounds) {
 }
 
 void ChurnedAudio::play(int round) {
+    givenUpBefore_ = server_.sessionManagerSaid(givenUp);
     const std::size_t events = 1 + below(mostEventsPerRound);
     for (std::size_t event = 0; event < events; ++event) {
         happen();
@@ -155,9 +157,22 @@ void ChurnedAudio::settle() {
     settleSeconds_.push_back(monotonicSeconds() - start);
     for (ChurnProgram& program : programs_)
         program.route.adopt(mixer().manager().getOutputDeviceUID(program.pid()));
-    if (const std::string wrong = faultOfBystander(); !wrong.empty())
-        graph().await("the bystander plays to a device: " + wrong,
-                      [&] { return faultOfBystander().empty(); });
+    settleBystander();
+}
+
+void ChurnedAudio::settleBystander() {
+    const auto isRight = [&] {
+        return faultOfBystander().empty();
+    };
+    if (eventually(Seconds(settleBound), isRight))
+        return;
+    const std::string wrong = faultOfBystander();
+    journal_.note("after 3 s, the bystander plays to " + wrong);
+    if (wasAnyStreamGivenUp()) {
+        forsaken_.emplace_back("the bystander");
+        startBystander();
+    }
+    graph().await("the bystander plays to a device: " + wrong, isRight);
 }
 
 std::vector<ChurnProgram*> ChurnedAudio::misplaced() {
@@ -212,6 +227,11 @@ std::string ChurnedAudio::faultOfBystander() const {
 void ChurnedAudio::tapAnew(ChurnProgram& program) {
     const std::string wrong = program.name() + ": " + fault(program);
     journal_.note("after 3 s, " + wrong);
+    if (graph().targets(graph().awaitPlayback(program.pid()).id).empty() && wasAnyStreamGivenUp()) {
+        forsaken_.push_back(program.name());
+        program.kill();
+        return;
+    }
     if (isStuck(program)) {
         program.kill();
         return;
@@ -224,6 +244,10 @@ void ChurnedAudio::tapAnew(ChurnProgram& program) {
     tappedAnew_.push_back(wrong);
     forgetTap(program);
     tap(program);
+}
+
+bool ChurnedAudio::wasAnyStreamGivenUp() const {
+    return server_.sessionManagerSaid(givenUp) > givenUpBefore_;
 }
 
 bool ChurnedAudio::isStuck(const ChurnProgram& program) {

@@ -81,6 +81,7 @@ private:
 
     // What must hold.
     void settle();
+    void settleBystander();
     [[nodiscard]] std::vector<ChurnProgram*> misplaced();
     /// Why the program is not heard where it should be; empty when it is.
     [[nodiscard]] std::string fault(ChurnProgram& program);
@@ -93,6 +94,9 @@ private:
     /// go falls silent for good now and then, with its links as they should be, also where there is
     /// no mixer at all. Whether this is one; its tap is gone then.
     [[nodiscard]] bool isStuck(const ChurnProgram& program);
+    /// WirePlumber 0.4.13 gives up for good a stream whose link has failed twice, as one does whose
+    /// device goes while it is made; its log says so. Whether it has since the round began.
+    [[nodiscard]] bool wasAnyStreamGivenUp() const;
     [[nodiscard]] double levelOfStream(const ChurnProgram& program) const;
     void listen();
     void measureLeak();
@@ -115,6 +119,7 @@ private:
     std::uint64_t nextSeed_ = 100;
 
     bool wasDaemonRestarted_ = false;
+    std::size_t givenUpBefore_ = 0;
     double lastLossOfAll_ = 0;
 
     int events_ = 0;

@@ -178,6 +178,14 @@ void PrivateAudioServer::killPulseBridge() {
     pulseBridge_->kill();
 }
 
+std::size_t PrivateAudioServer::sessionManagerSaid(const std::string& text) const {
+    std::ifstream file(log("wireplumber"));
+    std::size_t times = 0;
+    for (std::string line; std::getline(file, line);)
+        times += line.find(text) == std::string::npos ? 0U : 1U;
+    return times;
+}
+
 std::string PrivateAudioServer::logTail() const {
     std::string text;
     for (const char* daemon : {"pipewire", "wireplumber", "pipewire-pulse"}) {

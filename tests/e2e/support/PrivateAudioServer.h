@@ -44,6 +44,9 @@ public:
     /// For files of the test that shall vanish with the server.
     [[nodiscard]] const std::filesystem::path& directory() const { return root_.path(); }
 
+    /// How many lines of the session manager's log have this text in them.
+    [[nodiscard]] std::size_t sessionManagerSaid(const std::string& text) const;
+
     /// The last lines of each daemon's log.
     [[nodiscard]] std::string logTail() const;
 
