@@ -9,8 +9,8 @@
 namespace orvanta {
 namespace {
 
-/// A list that has grown since it told its size gives no more than it is asked for, and what it then
-/// leaves out would pass for gone.
+/// A list that has grown since it told its size gives no more than it is asked for, and what it
+/// then leaves out would pass for gone.
 constexpr std::size_t kRoomForNewcomers = 16;
 
 template <class Value>
