@@ -77,7 +77,7 @@ protected:
                       ++starved_;
                   }};
     spa_io_position position_{};
-    spa_io_buffers io_ = SPA_IO_BUFFERS_INIT;
+    spa_io_buffers io_{SPA_STATUS_OK, SPA_ID_INVALID};
     std::array<float, kMaxFrames> samples_{};
     spa_chunk chunk_{};
     spa_data data_{};
