@@ -225,7 +225,11 @@ std::string ChurnedAudio::faultOfBystander() const {
 }
 
 void ChurnedAudio::tapAnew(ChurnProgram& program) {
-    const std::string wrong = program.name() + ": " + fault(program);
+    const std::string current = fault(program);
+    // It may have come right while another was looked into.
+    if (current.empty())
+        return;
+    const std::string wrong = program.name() + ": " + current;
     journal_.note("after 3 s, " + wrong);
     if (graph().targets(graph().awaitPlayback(program.pid()).id).empty() && wasAnyStreamGivenUp()) {
         forsaken_.push_back(program.name());
