@@ -1,13 +1,17 @@
 // What the views ask for sixty times a second, while callbacks run.
 
 #include "core/engine/AudioTapManager.h"
+#include "core/platform/UnavailableHotKeyCenter.h"
 #include "platform/embedded/EmbeddedAudioServer.h"
 #include "platform/embedded/EmbeddedProcessTable.h"
 #include "platform/embedded/EmbeddedWorkspace.h"
 #include "platform/media/MediaFileWriter.h"
+#include "platform/memory/InMemoryUserDefaults.h"
+#include "platform/runloop/InProcessNotificationCenter.h"
 #include "platform/runloop/SystemWallClock.h"
 #include "platform/runloop/ThreadSerialQueue.h"
 #include "platform/runloop/WorkerRunLoop.h"
+#include "tests/support/RecordingFileViewer.h"
 
 #include <benchmark/benchmark.h>
 
@@ -26,10 +30,7 @@ public:
 /// Taps on one device that runs in real time.
 class RunningTaps {
 public:
-    explicit RunningTaps(std::int32_t count)
-        : count_(count),
-          manager_({server_, processTable_, workspace_, log_, mainRunLoop_, serialQueues_,
-                    wallClock_, audioFiles_}) {
+    explicit RunningTaps(std::int32_t count) : count_(count), manager_(platform()) {
         server_.addDevice({.uid = "speakers", .framesPerCycle = 256, .keepsPlayed = false});
         for (std::int32_t index = 0; index < count_; ++index) {
             const std::int32_t pid = kFirstPID + index;
@@ -53,6 +54,22 @@ public:
     }
 
 private:
+    [[nodiscard]] Platform platform() {
+        return {.audioHardware = server_,
+                .processTable = processTable_,
+                .workspace = workspace_,
+                .systemLog = log_,
+                .mainRunLoop = mainRunLoop_,
+                .serialQueues = serialQueues_,
+                .wallClock = wallClock_,
+                .audioFileWriter = audioFiles_,
+                .userDefaults = userDefaults_,
+                .hotKeyCenter = hotKeyCenter_,
+                .notificationCenter = notificationCenter_,
+                .fileViewer = fileViewer_,
+                .userFolders = userFolders_};
+    }
+
     const std::int32_t count_;
     EmbeddedAudioServer server_;
     EmbeddedProcessTable processTable_{server_};
@@ -62,6 +79,11 @@ private:
     ThreadSerialQueues serialQueues_;
     SystemWallClock wallClock_;
     MediaFileWriter audioFiles_;
+    InMemoryUserDefaults userDefaults_;
+    UnavailableHotKeyCenter hotKeyCenter_;
+    InProcessNotificationCenter notificationCenter_;
+    test::RecordingFileViewer fileViewer_;
+    const UserFolders userFolders_;
     AudioTapManager manager_;
 };
 

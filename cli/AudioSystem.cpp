@@ -14,12 +14,14 @@ namespace {
 
 class PipeWireSystem final : public AudioSystem {
 public:
+    using AudioSystem::platform;
+
     explicit PipeWireSystem(SystemLog& log)
         : AudioSystem(log),
           hardware_(PipeWireOptions{.remoteName = "", .applicationName = "AudioMixerCLI"}, log) {}
 
-    [[nodiscard]] Platform platform() override {
-        return platformWith(hardware_, processTable_, workspace_);
+    [[nodiscard]] Platform platform(UserDefaults& userDefaults) override {
+        return platformWith(hardware_, processTable_, workspace_, userDefaults);
     }
 
     [[nodiscard]] bool isReachable() override { return hardware_.isServerReachable(); }
@@ -36,6 +38,8 @@ constexpr std::size_t kJournalLimit = 100;
 /// Two devices and two programs that play on the first one, in real time.
 class EmbeddedSystem final : public AudioSystem {
 public:
+    using AudioSystem::platform;
+
     explicit EmbeddedSystem(SystemLog& log) : AudioSystem(log) {
         server_.addDevice(
             {.uid = "embedded-speakers", .name = "Embedded Speakers", .keepsPlayed = false});
@@ -52,8 +56,8 @@ public:
         server_.startClock();
     }
 
-    [[nodiscard]] Platform platform() override {
-        return platformWith(server_, processTable_, workspace_);
+    [[nodiscard]] Platform platform(UserDefaults& userDefaults) override {
+        return platformWith(server_, processTable_, workspace_, userDefaults);
     }
 
     [[nodiscard]] bool isReachable() override { return true; }

@@ -1,8 +1,13 @@
 #pragma once
 
 #include "cli/Options.h"
+#include "cli/PrintingFileViewer.h"
 #include "core/platform/Platform.h"
+#include "core/platform/UnavailableHotKeyCenter.h"
+#include "platform/linux/desktop/UserFolders.h"
 #include "platform/media/MediaFileWriter.h"
+#include "platform/memory/InMemoryUserDefaults.h"
+#include "platform/runloop/InProcessNotificationCenter.h"
 #include "platform/runloop/SystemWallClock.h"
 #include "platform/runloop/ThreadSerialQueue.h"
 #include "platform/runloop/WorkerRunLoop.h"
@@ -22,15 +27,29 @@ public:
     AudioSystem& operator=(const AudioSystem&) = delete;
     virtual ~AudioSystem() = default;
 
-    [[nodiscard]] virtual Platform platform() = 0;
+    /// With defaults that end with this object.
+    [[nodiscard]] Platform platform() { return platform(userDefaults_); }
+
+    [[nodiscard]] virtual Platform platform(UserDefaults& userDefaults) = 0;
     /// Waits a moment for the server's first answer.
     [[nodiscard]] virtual bool isReachable() = 0;
 
 protected:
     [[nodiscard]] Platform platformWith(AudioHardware& hardware, ProcessTable& processes,
-                                        Workspace& workspace) {
-        return {hardware,     processes,     workspace,  log_,
-                mainRunLoop_, serialQueues_, wallClock_, audioFiles_};
+                                        Workspace& workspace, UserDefaults& userDefaults) {
+        return {.audioHardware = hardware,
+                .processTable = processes,
+                .workspace = workspace,
+                .systemLog = log_,
+                .mainRunLoop = mainRunLoop_,
+                .serialQueues = serialQueues_,
+                .wallClock = wallClock_,
+                .audioFileWriter = audioFiles_,
+                .userDefaults = userDefaults,
+                .hotKeyCenter = hotKeyCenter_,
+                .notificationCenter = notificationCenter_,
+                .fileViewer = fileViewer_,
+                .userFolders = userFolders_};
     }
 
 private:
@@ -39,6 +58,11 @@ private:
     ThreadSerialQueues serialQueues_;
     SystemWallClock wallClock_;
     MediaFileWriter audioFiles_;
+    InMemoryUserDefaults userDefaults_;
+    UnavailableHotKeyCenter hotKeyCenter_;
+    InProcessNotificationCenter notificationCenter_;
+    PrintingFileViewer fileViewer_;
+    const UserFolders userFolders_ = userFoldersOf(DesktopFolders::fromEnvironment());
 };
 
 std::unique_ptr<AudioSystem> openAudioSystem(Server server, SystemLog& log);

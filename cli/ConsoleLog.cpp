@@ -17,4 +17,9 @@ std::string ConsoleLog::lastError() const {
     return lastError_;
 }
 
+void ConsoleLog::forgetLastError() {
+    const std::scoped_lock guard(mutex_);
+    lastError_.clear();
+}
+
 } // namespace orvanta::cli

@@ -16,8 +16,11 @@ public:
 
     void write(const LogRecord& record) override;
 
-    /// Empty when there was none.
+    /// Empty when there was none, or none since it was forgotten.
     [[nodiscard]] std::string lastError() const;
+
+    /// Before something whose own errors are to be told apart from older ones.
+    void forgetLastError();
 
 private:
     SystemLog* next_;

@@ -46,8 +46,7 @@ std::string volumeText(AudioHardware& hardware, AudioObjectID device) {
 
 void printDevices(AudioHardware& hardware) {
     const auto devices = deviceList(hardware);
-    const auto standard =
-        readUInt32(hardware, kAudioObjectSystemObject, {kAudioHardwarePropertyDefaultOutputDevice});
+    const auto standard = defaultOutputDevice(hardware);
     fmt::print("Output devices (* default)\n");
     if (devices.empty()) {
         fmt::print("  none\n");

@@ -1,5 +1,7 @@
 #include "cli/Options.h"
 
+#include "cli/mix/CommandTable.h"
+
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
@@ -121,12 +123,23 @@ void addTapCommand(CLI::App& app, TapOptions& tap) {
         ->check(between(0.01, 3600.0));
 }
 
+CLI::App* addMixCommand(CLI::App& app, bool& stays) {
+    CLI::App* const command = app.add_subcommand(
+        "mix", "Run the mixer on the user's settings, with commands from standard input");
+    command->add_flag("--stay", stays,
+                      "Go on after the end of the input, until SIGINT, SIGTERM or SIGHUP");
+    command->footer("Commands, a line each:\n" + commandHelp());
+    return command;
+}
+
 } // namespace
 
 Parsed parseCommandLine(int argc, const char* const* argv) {
     Options options;
-    CLI::App app("Looks at the audio processes and devices of this machine, and taps one process.");
-    app.footer("Exit codes: 0 done, 1 it did not work, 2 wrong usage, 3 no audio server.\n");
+    CLI::App app("Looks at the audio processes and devices of this machine, taps one process, or "
+                 "mixes all applications.");
+    app.footer("Exit codes: 0 done, 1 it did not work, 2 wrong usage, 3 no audio server, 4 another "
+               "mixer runs.\n");
     app.set_version_flag("--version", ORVANTA_VERSION);
     app.require_subcommand(1);
     const std::map<std::string, Server> servers{{"pipewire", Server::pipewire},
@@ -139,13 +152,17 @@ Parsed parseCommandLine(int argc, const char* const* argv) {
     CLI::App* const list =
         app.add_subcommand("list", "List applications, audio processes and output devices");
     addTapCommand(app, options.tap);
+    CLI::App* const mix = addMixCommand(app, options.mixStays);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& complaint) {
         return {std::nullopt, app.exit(complaint) == 0 ? kExitSuccess : kExitUsage};
     }
-    options.command = list->parsed() ? Command::list : Command::tap;
+    if (mix->parsed())
+        options.subcommand = Subcommand::mix;
+    else
+        options.subcommand = list->parsed() ? Subcommand::list : Subcommand::tap;
     return {options, kExitSuccess};
 }
 

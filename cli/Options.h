@@ -15,7 +15,7 @@
 namespace orvanta::cli {
 
 enum class Server { pipewire, embedded };
-enum class Command { list, tap };
+enum class Subcommand { list, tap, mix };
 
 /// What the `tap` command records.
 struct RecordOptions {
@@ -52,8 +52,10 @@ struct TapOptions {
 struct Options {
     Server server = Server::pipewire;
     bool isVerbose = false;
-    Command command = Command::list;
+    Subcommand subcommand = Subcommand::list;
     TapOptions tap;
+    /// Whether a session of the mixer goes on after the end of its input.
+    bool mixStays = false;
 };
 
 /// Exit codes of the program.
@@ -61,6 +63,7 @@ inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1;
 inline constexpr int kExitUsage = 2;
 inline constexpr int kExitNoServer = 3;
+inline constexpr int kExitOwned = 4;
 
 /// What the command line asks for: options to run with, or the code to exit with at once, after
 /// help or a complaint has been printed.

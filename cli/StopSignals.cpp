@@ -1,7 +1,10 @@
 #include "cli/StopSignals.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cerrno>
+#include <sys/signalfd.h>
+#include <system_error>
+#include <unistd.h>
 
 namespace orvanta::cli {
 
@@ -10,11 +13,20 @@ StopSignals::StopSignals() {
     sigaddset(&signals_, SIGINT);
     sigaddset(&signals_, SIGTERM);
     sigaddset(&signals_, SIGHUP);
+    descriptor_ = signalfd(-1, &signals_, SFD_CLOEXEC);
+    if (descriptor_ < 0)
+        throw std::system_error(errno, std::generic_category(), "cannot watch for signals");
     pthread_sigmask(SIG_BLOCK, &signals_, &before_);
 }
 
 StopSignals::~StopSignals() {
+    close(descriptor_);
     pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
+void StopSignals::wait() {
+    while (sigwaitinfo(&signals_, nullptr) < 0)
+        continue;
 }
 
 bool StopSignals::waitUntil(

@@ -1,18 +1,64 @@
 #include "cli/AudioSystem.h"
 #include "cli/ConsoleLog.h"
 #include "cli/ListCommand.h"
+#include "cli/MixCommand.h"
 #include "cli/Options.h"
 #include "cli/StopSignals.h"
 #include "cli/TapCommand.h"
+#include "platform/linux/LinuxHost.h"
+#include "platform/linux/OwnerLock.h"
 #include "platform/linux/StandardErrorLog.h"
+#include "platform/linux/defaults/SQLiteUserDefaults.h"
+#include "platform/runloop/SystemWallClock.h"
 
 #include <fmt/format.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 
 namespace orvanta::cli {
 namespace {
+
+std::filesystem::path settingsFile() {
+    return userDefaultsFile(userHomeDirectory(), std::getenv("XDG_CONFIG_HOME"));
+}
+
+int refuseSecondOwner(const OwnerLock& lock) {
+    const std::string who =
+        lock.owner() ? fmt::format("process {}", *lock.owner()) : "another process";
+    fmt::print(stderr,
+               "AudioMixerCLI: a mixer runs in this session already ({}); it has to end first.\n",
+               who);
+    return kExitOwned;
+}
+
+/// On the user's own settings, which last beyond the session.
+int mixOnUserSettings(AudioSystem& system, const Options& options, ConsoleLog& log) {
+    SystemWallClock clock;
+    SQLiteUserDefaults defaults({.file = settingsFile(), .domain = std::string(kLogSubsystem)},
+                                clock, log);
+    const int exitCode = runMixCommand(system.platform(defaults), options, standardConsole(), log);
+    if (defaults.synchronize())
+        return exitCode;
+    fmt::print(stderr, "AudioMixerCLI: the last changes of the settings cannot be written to {}.\n",
+               settingsFile().string());
+    return kExitFailure;
+}
+
+/// The commands that take programs' sound. The embedded server and its programs are this process's
+/// own, so nobody else can be in the way.
+int runAsOwner(AudioSystem& system, const Options& options, ConsoleLog& log) {
+    std::optional<OwnerLock> lock;
+    if (options.server == Server::pipewire)
+        lock.emplace(ownerLockFile(std::getenv("XDG_RUNTIME_DIR"), settingsFile().parent_path()));
+    if (lock && !lock->isOurs())
+        return refuseSecondOwner(*lock);
+    if (options.subcommand == Subcommand::tap)
+        return runTapCommand(system.platform(), options.tap, log);
+    return lock ? mixOnUserSettings(system, options, log)
+                : runMixCommand(system.platform(), options, standardConsole(), log);
+}
 
 int run(const Options& options) {
     // A reader that goes away (… | head) must not take the program down before its tap.
@@ -29,8 +75,8 @@ int run(const Options& options) {
                            "session? (--server embedded needs none.)\n");
         return kExitNoServer;
     }
-    return options.command == Command::list ? runListCommand(system->platform())
-                                            : runTapCommand(system->platform(), options.tap, log);
+    return options.subcommand == Subcommand::list ? runListCommand(system->platform())
+                                                  : runAsOwner(*system, options, log);
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Shows the engine at work: two real players on two devices of a private audio server, both tapped,
-# their volumes ridden over time, both devices and both taps recorded. What came out is measured
-# against what was played and drawn. Needs no sound hardware and touches no audio server but its own.
+# Shows the mixer at work: two real players on two devices of a private audio server, both tapped by
+# one session, their volumes ridden over time, both devices and both taps recorded. What came out is
+# measured against what was played and drawn. Needs no sound hardware and touches no audio server but
+# its own.
 #
 # usage: demo.sh BUILD_DIRECTORY RESULT_DIRECTORY
 set -euo pipefail
@@ -12,8 +13,8 @@ sounds=$1/scripts/demo/orvanta_demo_sounds
 mkdir -p "$2"
 results=$(cd -- "$2" && pwd)
 
-# Seconds: how long the players play alone, are tapped, and play alone again.
-before=3
+# Seconds: how long the players play alone, are mixed, and play alone again.
+before=4
 tapped=12
 after=3
 
@@ -103,7 +104,7 @@ has_default_metadata() { pw-metadata 0 | grep -q default; }
 has_device() { pw-link -i | grep -q "^$1:playback_FR"; }
 is_default() { pw-metadata 0 default.audio.sink | grep -q "\"$1\""; }
 is_playing() { "$cli" list | grep -qE "^ +$1 +yes "; }
-is_tapped() { grep -q '^Tapped' "$session/$1.log"; }
+has_said() { grep -q -- "$1" "$session/mixer.log"; }
 
 make_device() {
     pw-cli create-node adapter "{ factory.name=support.null-audio-sink node.name=$1
@@ -152,13 +153,23 @@ send() {
     pw-metadata "$(node_id "$1")" target.object "$2" Spa:String >/dev/null
 }
 
-# tap DEVICE PID OPTIONS...: a tap begins on the default device, so that is made the chosen one first.
+# The mixer takes its commands from a pipe, which file 3 holds open.
+start_mixer() {
+    mkfifo "$session/commands"
+    setpriv --pdeathsig TERM "$cli" mix <"$session/commands" >"$session/mixer.log" 2>&1 &
+    mixer=$!
+    started+=("$mixer")
+    exec 3>"$session/commands"
+}
+
+say() { echo "$*" >&3; }
+
+# tap DEVICE PID: a tap begins on the default device, so that is made the chosen one first.
 tap() {
-    local device=$1
-    shift
-    make_default "$device"
-    start "$device-tap" "$cli" tap "$@" --device "$device" --seconds "$tapped" --interval 0.5
-    until_so "the tap on $device holds" is_tapped "$device-tap"
+    make_default "$1"
+    say "tap $2"
+    say "route $2 $1"
+    until_so "the tap on $1 holds" has_said "^pid=$2 .*device=\"$1\""
 }
 
 echo "Making the music ..."
@@ -185,18 +196,28 @@ sleep "$before"
 music_ride=(0:1 2:1 3.5:0.2 5.5:0.2 7:1 8:1 9:2 12:2)
 speech_ride=(0:1 1:1 1:0.5 4:0.5 5:0 7:0 8:1.5 12:1.5)
 rm -rf -- "$results/recordings"
-tap speakers "$music" --limiter --record "$results/recordings" --record-mode both \
-    "${music_ride[@]/#/--ride=}"
-music_tap=${started[-1]}
-tap headphones "$speech" --record "$results/recordings" --record-format m4a \
-    "${speech_ride[@]/#/--ride=}"
-speech_tap=${started[-1]}
-finish "$music_tap"
-finish "$speech_tap"
+start_mixer
+taps_begin=$EPOCHREALTIME
+tap headphones "$speech"
+tap speakers "$music"
+say "folder \"$results/recordings\""
+say "limiter $music on"
+say "mode both"
+say "record $music start"
+say "mode processed"
+say "format m4a"
+say "record $speech start"
+until_so "the recordings have begun" has_said "^pid=$speech .*recording="
+rides_begin=$EPOCHREALTIME
+python3 "$scripts/demo/hand.py" "$music=${music_ride[*]}" "$speech=${speech_ride[*]}" >&3
+say quit
+finish "$mixer"
+exec 3>&-
 sleep "$after"
 
-cp "$session"/*-tap.log "$results/"
+cp "$session/mixer.log" "$results/"
 clean_up
 # The Python that Debian's numpy belongs to.
 /usr/bin/python3 -B "$scripts/demo/report.py" "$results" \
+    "$(awk "BEGIN { print $rides_begin - $taps_begin }")" \
     "speakers=music=${music_ride[*]}" "headphones=speech=${speech_ride[*]}"

@@ -9,7 +9,8 @@ build=(
     cmake g++ gcc ninja-build pkg-config
     libavcodec-dev libavformat-dev libavutil-dev
     libbenchmark-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
-    libpipewire-0.3-dev librapidcheck-dev libsndfile1-dev libspa-0.2-dev nlohmann-json3-dev
+    libpipewire-0.3-dev librapidcheck-dev libsndfile1-dev libspa-0.2-dev
+    libsqlite3-dev libxcb1-dev nlohmann-json3-dev qt6-base-dev
 )
 # A private audio server, players that speak each of its protocols, and what draws a picture.
 run=(
@@ -17,8 +18,12 @@ run=(
     alsa-utils pulseaudio-utils sox libsox-fmt-alsa libsox-fmt-base mpv
     gnuplot-nox procps python3 python3-numpy
 )
-# Besides the checks: an independent reader of audio files, and a browser that plays.
-test=(ccache chromium clang-format ffmpeg git python3)
+# Besides the checks: an independent reader of audio files, a browser that plays, a display and a bus
+# of the tests' own, and who presses keys there.
+test=(
+    ccache chromium clang-format ffmpeg git python3
+    dbus openbox x11-xkb-utils xdotool xvfb
+)
 full=(clang clang-tidy libclang-rt-dev llvm)
 # The other architecture: its compiler, and what runs its programs here.
 arm64=(g++-aarch64-linux-gnu qemu-user-static)

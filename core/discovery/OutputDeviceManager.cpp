@@ -87,8 +87,7 @@ std::optional<OutputDevice> OutputDeviceManager::readDevice(AudioObjectID device
 }
 
 std::string OutputDeviceManager::readDefaultUID() const {
-    const auto device = readUInt32(hardware_, kAudioObjectSystemObject,
-                                   {kAudioHardwarePropertyDefaultOutputDevice});
+    const auto device = defaultOutputDevice(hardware_);
     if (!device)
         return {};
     return readString(hardware_, *device, {kAudioDevicePropertyDeviceUID}).value_or("");

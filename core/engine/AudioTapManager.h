@@ -133,7 +133,6 @@ private:
     void setDeviceVolumeToUnity(AudioObjectID device);
     void logStreamCounts(AudioObjectID device) const;
 
-    [[nodiscard]] std::optional<AudioObjectID> defaultOutputDeviceID() const;
     [[nodiscard]] std::optional<std::string>
     deviceStringProperty(AudioObjectID device, AudioObjectPropertySelector selector) const;
 

@@ -147,12 +147,6 @@ void AudioTapManager::logStreamCounts(AudioObjectID device) const {
                   outputs);
 }
 
-std::optional<AudioObjectID> AudioTapManager::defaultOutputDeviceID() const {
-    const auto device = readUInt32(hardware_, kAudioObjectSystemObject,
-                                   {kAudioHardwarePropertyDefaultOutputDevice});
-    return device == kAudioObjectUnknown ? std::nullopt : device;
-}
-
 std::optional<std::string>
 AudioTapManager::deviceStringProperty(AudioObjectID device,
                                       AudioObjectPropertySelector selector) const {

@@ -167,7 +167,7 @@ void AudioTapManager::rebuildForNewDefault(const PIDs& pids,
 }
 
 std::optional<std::string> AudioTapManager::defaultOutputUID() const {
-    const auto device = defaultOutputDeviceID();
+    const auto device = defaultOutputDevice(hardware_);
     return device ? deviceStringProperty(*device, kAudioDevicePropertyDeviceUID) : std::nullopt;
 }
 

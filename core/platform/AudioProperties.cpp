@@ -90,6 +90,12 @@ std::vector<AudioObjectID> deviceList(AudioHardware& hardware) {
     return readObjectList(hardware, kAudioObjectSystemObject, {kAudioHardwarePropertyDevices});
 }
 
+std::optional<AudioObjectID> defaultOutputDevice(AudioHardware& hardware) {
+    const auto device =
+        readUInt32(hardware, kAudioObjectSystemObject, {kAudioHardwarePropertyDefaultOutputDevice});
+    return device == kAudioObjectUnknown ? std::nullopt : device;
+}
+
 AudioObjectID findDeviceID(AudioHardware& hardware, const std::string& uid) {
     for (const AudioObjectID device : deviceList(hardware))
         if (readString(hardware, device, {kAudioDevicePropertyDeviceUID}) == uid)

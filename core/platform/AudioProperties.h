@@ -37,6 +37,9 @@ std::optional<std::uint64_t> readChannelCount(AudioHardware& hardware, AudioObje
 /// Every device, in the system's order.
 std::vector<AudioObjectID> deviceList(AudioHardware& hardware);
 
+/// The device that plays what nobody sends elsewhere; nothing when there is none.
+std::optional<AudioObjectID> defaultOutputDevice(AudioHardware& hardware);
+
 /// The first device with exactly this UID, 0 when there is none. Devices whose UID cannot be read
 /// are passed over.
 AudioObjectID findDeviceID(AudioHardware& hardware, const std::string& uid);

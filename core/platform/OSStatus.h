@@ -19,4 +19,10 @@ inline constexpr OSStatus kAudioHardwareIllegalOperationError = statusCode("nope
 inline constexpr OSStatus kAudioHardwareBadObjectError = statusCode("!obj");
 inline constexpr OSStatus kAudioHardwareBadDeviceError = statusCode("!dev");
 
+// Of events and hot keys.
+inline constexpr OSStatus eventInternalErr = -9868;
+inline constexpr OSStatus eventNotHandledErr = -9874;
+inline constexpr OSStatus eventHotKeyExistsErr = -9878;
+inline constexpr OSStatus eventHotKeyInvalidErr = -9879;
+
 } // namespace orvanta

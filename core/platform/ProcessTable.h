@@ -6,6 +6,17 @@
 
 namespace orvanta {
 
+/// What a process uses: PROC_PIDTASKINFO of proc_pidinfo.
+struct ProcessTaskInfo {
+    std::uint64_t virtualSize = 0;  ///< bytes
+    std::uint64_t residentSize = 0; ///< bytes
+    std::uint64_t totalUser = 0;    ///< ns of processor time since its start
+    std::uint64_t totalSystem = 0;  ///< ns of processor time since its start
+    std::int32_t threadCount = 0;
+
+    friend bool operator==(const ProcessTaskInfo&, const ProcessTaskInfo&) = default;
+};
+
 /// What the operating system knows of processes by their id.
 class ProcessTable {
 public:
@@ -26,6 +37,9 @@ public:
 
     /// pbi_ppid of proc_pidinfo; nothing when it cannot be read.
     [[nodiscard]] virtual std::optional<std::int32_t> parent(std::int32_t pid) const = 0;
+
+    /// Nothing for a process that is gone or not ours to see. From any thread.
+    [[nodiscard]] virtual std::optional<ProcessTaskInfo> taskInfo(std::int32_t pid) const = 0;
 };
 
 } // namespace orvanta

@@ -11,7 +11,7 @@ using Task = std::function<void()>;
 /// Seconds as the timers of this system are told them.
 using Seconds = std::chrono::duration<double>;
 
-/// A repeating timer. Destroying it invalidates it.
+/// A repeating timer. Destroying it invalidates it; its own task may do so.
 class RepeatingTimer {
 public:
     RepeatingTimer() = default;

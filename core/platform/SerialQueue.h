@@ -8,7 +8,7 @@
 namespace orvanta {
 
 /// How soon the work of a queue should get a processor, least urgent first.
-enum class QualityOfService { utility, standard, userInteractive };
+enum class QualityOfService { utility, standard, userInitiated, userInteractive };
 
 /// A task queue off the main thread.
 class SerialQueue : public TaskQueue {

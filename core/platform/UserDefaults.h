@@ -6,8 +6,9 @@
 
 namespace orvanta {
 
-/// The user's lasting key-value domain. A value is stored when the call returns; a value of another
-/// kind than the one asked for reads as absent.
+/// The user's lasting key-value domain. A value that was set reads back at once and lasts beyond
+/// the program, though the disk may learn of it a moment later. A value of another kind than the
+/// one asked for reads as absent. No operation waits for a disk or reports an error.
 class UserDefaults {
 public:
     UserDefaults() = default;

@@ -1,68 +1,35 @@
 #pragma once
 
+#include "core/publishing/Observers.h"
+
 #include <functional>
-#include <list>
-#include <memory>
 #include <utility>
-#include <vector>
 
 namespace orvanta {
 
+/// Told before any of an object's published values changes.
+using ObjectWillChange = Observers<>;
+
 /// A value that tells its observers of every assignment, equal ones included, before it takes
-/// effect: an observer sees the coming value, and the present one through `get`. Belongs to one
-/// thread. An assignment from within an observer is told and takes effect at once; the one under
-/// way follows it.
+/// effect: an observer sees the coming value, and the present one through `get`. A value that
+/// belongs to an object tells the object's observers first. Belongs to one thread. An assignment
+/// from within an observer is told and takes effect at once; the one under way follows it.
+/// Observers must neither throw nor end the value.
 template <class Value>
 class Published {
 public:
-    using Observer = std::function<void(const Value& coming)>;
-
-private:
-    /// Emptied when the observing ends.
-    using Slot = std::shared_ptr<Observer>;
-    using Slots = std::list<Slot>;
-
-public:
-    /// Its end ends the observing, at once also while observers are told. May outlive the value.
-    class Observation {
-    public:
-        Observation() = default;
-        Observation(Observation&&) noexcept = default;
-
-        Observation& operator=(Observation&& other) noexcept {
-            if (this != &other) {
-                end();
-                slots_ = std::move(other.slots_);
-                place_ = other.place_;
-            }
-            return *this;
-        }
-
-        ~Observation() { end(); }
-
-    private:
-        friend class Published;
-
-        Observation(const std::shared_ptr<Slots>& slots, typename Slots::iterator place)
-            : slots_(slots), place_(place) {}
-
-        void end() {
-            const auto slots = slots_.lock();
-            slots_.reset();
-            if (!slots)
-                return;
-            const Slot slot = *place_;
-            slots->erase(place_);
-            *slot = nullptr;
-        }
-
-        std::weak_ptr<Slots> slots_;
-        typename Slots::iterator place_;
-    };
+    using Observation = orvanta::Observation;
+    using Observer = typename Observers<Value>::Observer;
 
     Published() = default;
 
     explicit Published(Value initial) : value_(std::move(initial)) {}
+
+    /// `object` must outlive the value. `didSet` runs when an assignment has taken effect, equal
+    /// ones included.
+    explicit Published(ObjectWillChange& object, Value initial = {},
+                       std::function<void()> didSet = nullptr)
+        : object_(&object), value_(std::move(initial)), didSet_(std::move(didSet)) {}
 
     Published(const Published&) = delete;
     Published& operator=(const Published&) = delete;
@@ -71,23 +38,43 @@ public:
     [[nodiscard]] const Value& get() const { return value_; }
 
     void set(Value value) {
-        const std::vector<Slot> told(slots_->begin(), slots_->end());
-        for (const Slot& slot : told)
-            // A copy: the observer may end its own observing.
-            if (const Observer observer = *slot)
-                observer(value);
+        tellObject();
+        observers_.tell(value);
         value_ = std::move(value);
+        if (didSet_)
+            didSet_();
+    }
+
+    /// One assignment of the value as `change` leaves it: a change of a part, which keeps what an
+    /// observer does to other parts meanwhile. Such a change is made twice.
+    template <class Change>
+    void update(Change change) {
+        tellObject();
+        if (!observers_.isEmpty()) {
+            Value coming = value_;
+            change(coming);
+            observers_.tell(coming);
+        }
+        change(value_);
+        if (didSet_)
+            didSet_();
     }
 
     /// From the next assignment on.
     [[nodiscard]] Observation observe(Observer observer) {
-        slots_->push_back(std::make_shared<Observer>(std::move(observer)));
-        return Observation(slots_, std::prev(slots_->end()));
+        return observers_.observe(std::move(observer));
     }
 
 private:
+    void tellObject() {
+        if (object_ != nullptr)
+            object_->tell();
+    }
+
+    ObjectWillChange* object_ = nullptr;
     Value value_{};
-    std::shared_ptr<Slots> slots_ = std::make_shared<Slots>();
+    std::function<void()> didSet_;
+    Observers<Value> observers_;
 };
 
 } // namespace orvanta

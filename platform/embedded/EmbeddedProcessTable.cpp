@@ -50,6 +50,11 @@ std::optional<std::int32_t> EmbeddedProcessTable::parent(std::int32_t pid) const
     return process ? process->parent : std::nullopt;
 }
 
+std::optional<ProcessTaskInfo> EmbeddedProcessTable::taskInfo(std::int32_t pid) const {
+    const auto process = find(pid);
+    return process ? process->taskInfo : std::nullopt;
+}
+
 std::optional<EmbeddedProcessTable::Process> EmbeddedProcessTable::find(std::int32_t pid) const {
     {
         const std::scoped_lock guard(mutex_);
@@ -60,7 +65,7 @@ std::optional<EmbeddedProcessTable::Process> EmbeddedProcessTable::find(std::int
     for (const embedded::ProgramState& program : server_.programs()) {
         const embedded::ProgramSettings& settings = program.settings;
         if (settings.pid == pid)
-            return Process{settings.name, settings.path, settings.parent};
+            return Process{.name = settings.name, .path = settings.path, .parent = settings.parent};
     }
     return std::nullopt;
 }

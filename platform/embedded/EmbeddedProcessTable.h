@@ -18,6 +18,7 @@ public:
         std::optional<std::string> name = std::nullopt;
         std::optional<std::string> path = std::nullopt;
         std::optional<std::int32_t> parent = 1;
+        std::optional<ProcessTaskInfo> taskInfo = std::nullopt;
     };
 
     /// `server` must outlive the table.
@@ -33,6 +34,8 @@ public:
     [[nodiscard]] std::optional<std::string> name(std::int32_t pid) const override;
     [[nodiscard]] std::optional<std::string> path(std::int32_t pid) const override;
     [[nodiscard]] std::optional<std::int32_t> parent(std::int32_t pid) const override;
+    /// What a script has set. The server's programs have no process that would use anything.
+    [[nodiscard]] std::optional<ProcessTaskInfo> taskInfo(std::int32_t pid) const override;
 
 private:
     [[nodiscard]] std::optional<Process> find(std::int32_t pid) const;

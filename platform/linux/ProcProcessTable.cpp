@@ -50,6 +50,14 @@ std::string_view withoutCutCharacter(std::string_view text) {
     return text;
 }
 
+/// Whole seconds apart, since the product of large tick counts would leave the type.
+std::uint64_t nanosecondsOf(std::uint64_t ticks) {
+    constexpr std::uint64_t kNanosecondsPerSecond = 1'000'000'000;
+    const auto ticksPerSecond = static_cast<std::uint64_t>(sysconf(_SC_CLK_TCK));
+    return ticks / ticksPerSecond * kNanosecondsPerSecond +
+           ticks % ticksPerSecond * kNanosecondsPerSecond / ticksPerSecond;
+}
+
 } // namespace
 
 ProcProcessTable::ProcProcessTable(std::filesystem::path root) : root_(std::move(root)) {}
@@ -84,6 +92,22 @@ std::optional<std::int32_t> ProcProcessTable::parent(std::int32_t pid) const {
     if (!line)
         return std::nullopt;
     return desktop::parseProcessStat(*line).parent;
+}
+
+std::optional<ProcessTaskInfo> ProcProcessTable::taskInfo(std::int32_t pid) const {
+    const auto line = contents(entry(pid, "stat"));
+    if (!line)
+        return std::nullopt;
+    const desktop::ProcessStat stat = desktop::parseProcessStat(*line);
+    if (!stat.userTime || !stat.systemTime || !stat.threadCount || !stat.virtualSize ||
+        !stat.residentPages)
+        return std::nullopt;
+    const auto pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    return ProcessTaskInfo{.virtualSize = *stat.virtualSize,
+                           .residentSize = *stat.residentPages * pageSize,
+                           .totalUser = nanosecondsOf(*stat.userTime),
+                           .totalSystem = nanosecondsOf(*stat.systemTime),
+                           .threadCount = *stat.threadCount};
 }
 
 std::filesystem::path ProcProcessTable::entry(std::int32_t pid, const char* file) const {

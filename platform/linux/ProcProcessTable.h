@@ -25,6 +25,11 @@ public:
     /// 0 for processes that the kernel started.
     [[nodiscard]] std::optional<std::int32_t> parent(std::int32_t pid) const override;
 
+    /// All figures are of one moment. The kernel tells processor time in clock ticks, of which a
+    /// second has 100 nearly everywhere: the totals advance in steps of 10 ms. Resident memory may
+    /// be off by some pages for each thread.
+    [[nodiscard]] std::optional<ProcessTaskInfo> taskInfo(std::int32_t pid) const override;
+
 private:
     [[nodiscard]] std::filesystem::path entry(std::int32_t pid, const char* file) const;
 

@@ -35,6 +35,9 @@ public:
     /// Position of the earliest. The heap must not be empty.
     [[nodiscard]] const TaskPosition& first() const { return tasks_.front().position; }
 
+    /// All, in no particular order.
+    [[nodiscard]] const std::vector<WaitingTask>& tasks() const { return tasks_; }
+
     void push(WaitingTask task);
 
     /// Takes the earliest out. The heap must not be empty.

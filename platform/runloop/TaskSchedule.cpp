@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace orvanta {
 
@@ -76,6 +75,19 @@ std::optional<TaskPosition> TaskSchedule::first() const {
     if (heap_.isEmpty())
         return std::nullopt;
     return heap_.first();
+}
+
+WaitingTasks TaskSchedule::waiting() const {
+    WaitingTasks waiting;
+    const std::scoped_lock guard(mutex_);
+    for (const WaitingTask& task : heap_.tasks()) {
+        if (task.timer)
+            waiting.timerIntervals.push_back(task.timer->interval);
+        else
+            ++waiting.posted;
+    }
+    std::ranges::sort(waiting.timerIntervals);
+    return waiting;
 }
 
 bool TaskSchedule::runFirst(Instant time) {

@@ -4,17 +4,27 @@
 #include "platform/runloop/TaskHeap.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 namespace orvanta {
 
 /// Counts postings. Schedules that go by one clock share it, so that tasks of equal times run in
 /// the order of posting across all of them.
 using PostingOrder = std::atomic<std::uint64_t>;
+
+/// What a queue has yet to run.
+struct WaitingTasks {
+    /// Posted ones, without the ticks of timers.
+    std::size_t posted = 0;
+    /// Of the repeating timers, the shortest first.
+    std::vector<Seconds> timerIntervals;
+};
 
 /// The tasks and timers of one queue, and when they are due. Somebody else (a thread, a test)
 /// decides when to run them. Safe from all threads.
@@ -37,6 +47,8 @@ public:
 
     /// Position of the earliest task; nothing when none waits.
     [[nodiscard]] std::optional<TaskPosition> first() const;
+
+    [[nodiscard]] WaitingTasks waiting() const;
 
     /// Runs the earliest task if it is due at `time`; false when none is.
     bool runFirst(Instant time);

@@ -28,6 +28,10 @@ std::optional<Seconds> VirtualRunLoop::timeToNextTask() const {
     return due ? std::optional(inSeconds(*due - timeline_->now())) : std::nullopt;
 }
 
+WaitingTasks VirtualRunLoop::waiting() const {
+    return schedule_->waiting();
+}
+
 void VirtualRunLoop::post(Task task) {
     schedule_->post(std::move(task));
 }

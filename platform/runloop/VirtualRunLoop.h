@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/platform/RunLoop.h"
+#include "platform/runloop/TaskSchedule.h"
 
 #include <cstddef>
 #include <memory>
@@ -8,7 +9,6 @@
 
 namespace orvanta {
 
-class TaskSchedule;
 class VirtualTimeline;
 
 /// A main queue on a clock that stands still until it is advanced by hand: hours pass in no time,
@@ -31,6 +31,9 @@ public:
 
     /// How long until the next task; nothing when none waits.
     [[nodiscard]] std::optional<Seconds> timeToNextTask() const;
+
+    /// What waits on this queue itself, not on the serial ones that share its clock.
+    [[nodiscard]] WaitingTasks waiting() const;
 
     void post(Task task) override;
     void postAfter(Seconds delay, Task task) override;

@@ -13,6 +13,8 @@ int niceValue(QualityOfService quality) {
         return 10;
     case QualityOfService::standard:
         return 0;
+    case QualityOfService::userInitiated:
+        return -5;
     case QualityOfService::userInteractive:
         return -10;
     }

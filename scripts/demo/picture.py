@@ -45,7 +45,7 @@ def write_levels(path, device):
 
 
 def write_ride(path, device):
-    begin = device["tap_start"] - device["passage"].start
+    begin = device["ride_start"] - device["passage"].start
     points = [(begin + seconds, volume * 100) for seconds, volume in device["ride"]]
     points = [(0, 100), (begin, 100), *points, (points[-1][0], 100), (points[-1][0] + 3, 100)]
     write_table(path, *zip(*points))
@@ -83,12 +83,12 @@ def write_spectrum(path, passage, begin, end):
 
 def level_plot(device, color, files):
     name, sound = device["name"], device["sound"]
-    begin = device["tap_start"] - device["passage"].start
+    begin = device["ride_start"] - device["passage"].start
     end = begin + device["ride"][-1][0]
     return f"""
 unset object
 set object 1 rect from {begin},graph 0 to {end},graph 1 fc rgb '#1a2030' fs solid noborder behind
-set label 1 'tapped' at {begin + 0.15},graph 0.93 textcolor rgb '#6f7a8f' font 'DejaVu Sans,12'
+set label 1 'mixed' at {begin + 0.15},graph 0.93 textcolor rgb '#6f7a8f' font 'DejaVu Sans,12'
 set title '{name.capitalize()}: {sound} before and after the tap'
 set xrange [0:{end + 3}]
 set yrange [{FLOOR_DB}:0]

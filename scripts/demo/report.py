@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 """Measures what the devices of the demonstration played against what the players were given.
 
-usage: report.py RESULT_DIRECTORY DEVICE=SOUND=RIDE...
-where RIDE is the volume asked for: "SECONDS:VOLUME SECONDS:VOLUME ..." since the tap began.
+usage: report.py RESULT_DIRECTORY LEAD DEVICE=SOUND=RIDE...
+where RIDE is the volume asked for: "SECONDS:VOLUME SECONDS:VOLUME ...", and LEAD how many seconds
+before the rides' beginning the first program was tapped.
 """
 
 import sys
@@ -92,8 +93,8 @@ def volume_at(ride, seconds):
     return np.interp(seconds, times, volumes)
 
 
-def start_of_tap(passage, ride):
-    """When the tap began: where the ride fits the measured gain best."""
+def start_of_ride(passage, ride):
+    """When the ride began: where it fits the measured gain best."""
     played = passage.levels(passage.source)
     gains = passage.levels(passage.recorded) / np.maximum(played, SILENCE)
     heard = played > 0.01
@@ -119,22 +120,22 @@ def holds(ride):
             yield begin + 0.2, end - 0.2, volume
 
 
-def sections(passage, ride, tap_start):
-    yield "untapped", passage.start + 0.2, tap_start - 0.3, 1.0
+def sections(passage, ride, ride_start, lead):
+    yield "untapped", passage.start + 0.2, ride_start - lead - 0.3, 1.0
     for begin, end, volume in holds(ride):
-        yield f"volume {volume * 100:.0f} %", tap_start + begin, tap_start + end, volume
+        yield f"volume {volume * 100:.0f} %", ride_start + begin, ride_start + end, volume
     end = len(passage.recorded) / passage.rate
-    yield "released", tap_start + ride[-1][0] + 0.7, end - 0.3, 1.0
+    yield "released", ride_start + ride[-1][0] + 0.7, end - 0.3, 1.0
 
 
-def report(name, sound, passage, ride, tap_start):
-    print(f"\n{name}: {sound}, tapped {tap_start - passage.start:.1f} s after its start")
+def report(name, sound, passage, ride, ride_start, lead):
+    print(f"\n{name}: {sound}, ridden from {ride_start - passage.start:.1f} s after its start")
     print(
         "  section        asked dB  measured dB  residual dB"
         "  moved frames  output RMS   peak dBFS"
     )
     rows = []
-    for label, begin, end, volume in sections(passage, ride, tap_start):
+    for label, begin, end, volume in sections(passage, ride, ride_start, lead):
         gain, residual, moved = passage.compare(begin, end)
         output = passage.recorded[int(begin * passage.rate) : int(end * passage.rate)]
         print(
@@ -145,18 +146,18 @@ def report(name, sound, passage, ride, tap_start):
     return rows
 
 
-def measure(directory, name, sound, ride):
+def measure(directory, lead, name, sound, ride):
     rate, source = read_wav(directory / f"{sound}.wav")
     _, recorded = read_wav(directory / f"{name}.wav")
     # A sound of one channel is heard on both sides.
     passage = Passage(np.broadcast_to(source, (len(source), 2)), recorded, rate)
-    tap_start = start_of_tap(passage, ride)
-    rows = report(name, sound, passage, ride, tap_start)
+    ride_start = start_of_ride(passage, ride)
+    rows = report(name, sound, passage, ride, ride_start, lead)
     return {
         "name": name,
         "sound": sound,
         "passage": passage,
-        "tap_start": tap_start,
+        "ride_start": ride_start,
         "ride": ride,
         "sections": rows,
     }
@@ -184,10 +185,11 @@ def ride_of(text):
 
 def main(arguments):
     directory = Path(arguments[0])
+    lead = float(arguments[1])
     devices = []
-    for argument in arguments[1:]:
+    for argument in arguments[2:]:
         name, sound, ride = argument.split("=")
-        devices.append(measure(directory, name, sound, ride_of(ride)))
+        devices.append(measure(directory, lead, name, sound, ride_of(ride)))
     print(
         "\nmeasured: the gain from what the program played to what its device played;"
         "\nresidual: what else the device played, below the program's level;"

@@ -19,6 +19,15 @@ TEST(ConsoleLog, RemembersTheEnginesLastErrorAndPassesEverythingOn) {
     EXPECT_EQ(next.texts(), (std::vector<std::string>{"first", "second", "third", "fourth"}));
 }
 
+TEST(ConsoleLog, ForgetsWhatWasBefore) {
+    ConsoleLog log(nullptr);
+    log.write({LogLevel::error, "s", "tapManager", "old"});
+    log.forgetLastError();
+    EXPECT_EQ(log.lastError(), "");
+    log.write({LogLevel::error, "s", "recorder", "new"});
+    EXPECT_EQ(log.lastError(), "new");
+}
+
 TEST(ConsoleLog, NeedsNobodyBehindIt) {
     ConsoleLog log(nullptr);
     log.write({LogLevel::error, "s", "tapManager", "alone"});

@@ -22,7 +22,7 @@ Parsed parse(const std::vector<const char*>& given) {
 TEST(CommandLine, ListsOnPipeWireUnlessToldOtherwise) {
     const auto parsed = parse({"list"});
     ASSERT_TRUE(parsed.options);
-    EXPECT_EQ(parsed.options->command, Command::list);
+    EXPECT_EQ(parsed.options->subcommand, Subcommand::list);
     EXPECT_EQ(parsed.options->server, Server::pipewire);
     EXPECT_FALSE(parsed.options->isVerbose);
     EXPECT_EQ(parse({"--server", "embedded", "list"}).options->server, Server::embedded);
@@ -33,7 +33,7 @@ TEST(CommandLine, ReadsEverySettingOfATap) {
         parse({"--verbose", "tap", "4711", "--volume", "1.5", "--mute", "--balance", "-0.5",
                "--limiter", "--gate", "-40", "--seconds", "2.5", "--interval", "0.1"});
     ASSERT_TRUE(parsed.options);
-    EXPECT_EQ(parsed.options->command, Command::tap);
+    EXPECT_EQ(parsed.options->subcommand, Subcommand::tap);
     EXPECT_TRUE(parsed.options->isVerbose);
     const TapOptions& tap = parsed.options->tap;
     EXPECT_EQ(tap.pid, 4711);
@@ -100,6 +100,13 @@ TEST(CommandLine, LeavesWhatIsNotGivenToTheTap) {
     EXPECT_EQ(tap.record.folder, std::nullopt);
 }
 
+TEST(CommandLine, ReadsASessionOfTheMixer) {
+    const auto session = parse({"--server", "embedded", "mix"}).options.value();
+    EXPECT_EQ(session.subcommand, Subcommand::mix);
+    EXPECT_FALSE(session.mixStays);
+    EXPECT_TRUE(parse({"mix", "--stay"}).options->mixStays);
+}
+
 TEST(CommandLine, RefusesWhatMakesNoSense) {
     const std::vector<std::vector<const char*>> wrong{
         {},
@@ -128,6 +135,8 @@ TEST(CommandLine, RefusesWhatMakesNoSense) {
         {"tap", "1", "--seconds", "inf"},
         {"--server", "other", "list"},
         {"list", "--nonsense"},
+        {"mix", "101"},
+        {"list", "mix"},
     };
     for (const auto& arguments : wrong) {
         const auto parsed = parse(arguments);

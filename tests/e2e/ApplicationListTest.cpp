@@ -1,7 +1,7 @@
 #include "core/discovery/AudioProcessDiscovery.h"
 #include "tests/e2e/support/ChromiumTab.h"
 #include "tests/e2e/support/EndToEndTest.h"
-#include "tests/e2e/support/ScopedEnvironment.h"
+#include "tests/support/ScopedEnvironment.h"
 
 #include <gmock/gmock.h>
 

@@ -16,6 +16,7 @@ public:
     std::map<std::int32_t, std::string> names;
     std::map<std::int32_t, std::string> paths;
     std::map<std::int32_t, std::int32_t> parents;
+    std::map<std::int32_t, ProcessTaskInfo> tasks;
 
     [[nodiscard]] std::int32_t ownPID() const override { return self; }
 
@@ -29,6 +30,10 @@ public:
 
     [[nodiscard]] std::optional<std::int32_t> parent(std::int32_t pid) const override {
         return found(parents, pid);
+    }
+
+    [[nodiscard]] std::optional<ProcessTaskInfo> taskInfo(std::int32_t pid) const override {
+        return found(tasks, pid);
     }
 
 private:

@@ -7,34 +7,46 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <system_error>
 
 namespace orvanta::coding {
 namespace {
 
 /// Whole numbers below this are exact in 64 bits.
-constexpr float kLargestInteger = 9e18F;
+constexpr double kLargestInteger = 9e18;
 
 [[noreturn]] void fail(const JSON& value, const char* wanted) {
     throw CodingError(std::string("found ") + value.type_name() + " where there must be " + wanted);
 }
 
-double shortestDecimal(float value) {
+/// What the shortest decimal of `value` reads as in another precision; nothing for a number beyond
+/// it.
+template <class Result, class Number>
+std::optional<Result> byShortestDecimal(Number value) {
     std::array<char, 64> text{};
     const auto written = std::to_chars(text.data(), text.data() + text.size(), value);
-    double number = 0;
-    std::from_chars(text.data(), written.ptr, number);
-    return number;
+    Result result = 0;
+    const auto read = std::from_chars(text.data(), written.ptr, result);
+    // What is too small to be told from nothing is nothing.
+    if (read.ec != std::errc() && std::fabs(value) > 1)
+        return std::nullopt;
+    return result;
 }
 
 } // namespace
 
-JSON encoded(float value) {
-    if (!std::isfinite(value))
-        throw CodingError("JSON has no number for what is not finite");
-    const bool isNegativeZero = value == 0.0F && std::signbit(value);
+JSON encoded(double value) {
+    const bool isNegativeZero = value == 0 && std::signbit(value);
     if (std::trunc(value) == value && std::fabs(value) < kLargestInteger && !isNegativeZero)
         return static_cast<std::int64_t>(value);
-    return shortestDecimal(value);
+    return value;
+}
+
+JSON encoded(float value) {
+    if (!std::isfinite(value))
+        return static_cast<double>(value);
+    return encoded(*byShortestDecimal<double>(value));
 }
 
 const JSON* optional(const JSON& object, const char* key) {
@@ -51,13 +63,18 @@ const JSON& required(const JSON& object, const char* key) {
     return *value;
 }
 
-float decodedFloat(const JSON& value) {
+double decodedDouble(const JSON& value) {
     if (!value.is_number())
         fail(value, "a number");
-    const auto number = value.get<double>();
-    if (!(std::fabs(number) <= static_cast<double>(std::numeric_limits<float>::max())))
+    return value.get<double>();
+}
+
+float decodedFloat(const JSON& value) {
+    // Not rounded twice: the decimal was a float's.
+    const auto number = byShortestDecimal<float>(decodedDouble(value));
+    if (!number)
         throw CodingError("a number is too large");
-    return static_cast<float>(number);
+    return *number;
 }
 
 bool decodedBool(const JSON& value) {
@@ -73,9 +90,7 @@ std::string decodedString(const JSON& value) {
 }
 
 int decodedInt(const JSON& value) {
-    if (!value.is_number())
-        fail(value, "a number");
-    const auto number = value.get<double>();
+    const double number = decodedDouble(value);
     if (std::trunc(number) != number || number < std::numeric_limits<int>::min() ||
         number > std::numeric_limits<int>::max())
         throw CodingError("a number is no integer of 32 bits");

@@ -17,9 +17,11 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The number whose shortest text is the float's: 3 and 0.1, not 3.0 and 0.10000000149011612.
-/// Throws for what JSON has no number for.
+/// The number whose shortest text is the float's: 3 and 0.1, not 3.0 and 0.10000000149011612. What
+/// is not finite is taken and has no text: a value that fails while it is made would leak.
 [[nodiscard]] JSON encoded(float value);
+/// A whole number without a fraction: 3, not 3.0.
+[[nodiscard]] JSON encoded(double value);
 
 /// The value of a key that must be there. Throws when it is not, or when `object` is none.
 [[nodiscard]] const JSON& required(const JSON& object, const char* key);
@@ -29,6 +31,7 @@ public:
 
 /// Each throws when `value` is of another type: a Boolean is no number, a number no Boolean.
 [[nodiscard]] float decodedFloat(const JSON& value);
+[[nodiscard]] double decodedDouble(const JSON& value);
 [[nodiscard]] bool decodedBool(const JSON& value);
 [[nodiscard]] std::string decodedString(const JSON& value);
 /// A whole number within the range of Int32.

@@ -1,6 +1,6 @@
 #include "platform/linux/desktop/SmallFile.h"
 
-#include "platform/linux/desktop/Descriptor.h"
+#include "platform/linux/Descriptor.h"
 
 #include <algorithm>
 #include <cerrno>

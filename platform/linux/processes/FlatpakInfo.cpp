@@ -1,6 +1,6 @@
 #include "platform/linux/processes/FlatpakInfo.h"
 
-#include "platform/linux/desktop/Descriptor.h"
+#include "platform/linux/Descriptor.h"
 #include "platform/linux/desktop/KeyFile.h"
 #include "platform/linux/desktop/SmallFile.h"
 

@@ -1,15 +1,24 @@
 #include "platform/linux/processes/ProcessStat.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 namespace orvanta::desktop {
 namespace {
 
 // Counted from the field behind the name, which is the third of the line.
-constexpr int kParentField = 1;
-constexpr int kSessionField = 3;
-constexpr int kStartTimeField = 19;
+constexpr std::size_t kParentField = 1;
+constexpr std::size_t kSessionField = 3;
+constexpr std::size_t kUserTimeField = 11;
+constexpr std::size_t kSystemTimeField = 12;
+constexpr std::size_t kThreadCountField = 17;
+constexpr std::size_t kStartTimeField = 19;
+constexpr std::size_t kVirtualSizeField = 20;
+constexpr std::size_t kResidentPagesField = 21;
+
+/// Empty where the line has ended before.
+using Fields = std::array<std::string_view, kResidentPagesField + 1>;
 
 template <typename Number>
 std::optional<Number> number(std::string_view text) {
@@ -18,10 +27,13 @@ std::optional<Number> number(std::string_view text) {
     return result.ec == std::errc() ? std::optional(value) : std::nullopt;
 }
 
-std::string_view takeField(std::string_view& rest) {
-    const std::string_view field = rest.substr(0, rest.find(' '));
-    rest.remove_prefix(std::min(rest.size(), field.size() + 1));
-    return field;
+Fields fieldsOf(std::string_view rest) {
+    Fields fields;
+    for (std::string_view& field : fields) {
+        field = rest.substr(0, rest.find(' '));
+        rest.remove_prefix(std::min(rest.size(), field.size() + 1));
+    }
+    return fields;
 }
 
 } // namespace
@@ -36,16 +48,15 @@ ProcessStat parseProcessStat(std::string_view line) {
         nameEnd < nameBegin)
         return stat;
     stat.name = line.substr(nameBegin + 1, nameEnd - nameBegin - 1);
-    std::string_view rest = line.substr(nameEnd + 2);
-    for (int field = 0; field <= kStartTimeField && !rest.empty(); ++field) {
-        const std::string_view text = takeField(rest);
-        if (field == kParentField)
-            stat.parent = number<std::int32_t>(text);
-        else if (field == kSessionField)
-            stat.session = number<std::int32_t>(text);
-        else if (field == kStartTimeField)
-            stat.startTime = number<std::uint64_t>(text);
-    }
+    const Fields fields = fieldsOf(line.substr(nameEnd + 2));
+    stat.parent = number<std::int32_t>(fields[kParentField]);
+    stat.session = number<std::int32_t>(fields[kSessionField]);
+    stat.userTime = number<std::uint64_t>(fields[kUserTimeField]);
+    stat.systemTime = number<std::uint64_t>(fields[kSystemTimeField]);
+    stat.threadCount = number<std::int32_t>(fields[kThreadCountField]);
+    stat.startTime = number<std::uint64_t>(fields[kStartTimeField]);
+    stat.virtualSize = number<std::uint64_t>(fields[kVirtualSizeField]);
+    stat.residentPages = number<std::uint64_t>(fields[kResidentPagesField]);
     return stat;
 }
 

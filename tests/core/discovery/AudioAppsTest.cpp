@@ -276,10 +276,7 @@ TEST_F(AudioApps, AskOnceForASnapshotAndForTheIconOfManyHelpers) {
     for (std::int32_t pid = 20; pid < 40; ++pid)
         playHelper(pid, "Browser Helper", 5);
     CountingWorkspace counting(workspace);
-    Platform platform = fakes.platformWith(server);
-    AudioProcessDiscovery counted({platform.audioHardware, platform.processTable, counting,
-                                   platform.systemLog, platform.mainRunLoop, platform.serialQueues,
-                                   platform.wallClock, platform.audioFileWriter});
+    AudioProcessDiscovery counted(fakes.platformWith(server, counting));
     EXPECT_EQ(counted.discoverAudioApps().size(), 1U);
     EXPECT_EQ(counting.snapshots, 1);
     EXPECT_EQ(counting.icons, 2) << "one for the helpers, one for the row";

@@ -1,5 +1,7 @@
 #include "core/dsp/EQPreset.h"
 
+#include "core/persistence/coding/JSONText.h"
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <rapidcheck/gtest.h>
@@ -116,7 +118,8 @@ TEST(EQPreset, IsWrittenAsItsGainsOnly) {
 }
 
 TEST(EQPreset, CannotBeWrittenWithGainsThatAreNoNumbers) {
-    EXPECT_THROW((void)JSON(EQPreset(std::numeric_limits<float>::quiet_NaN(), 0, 0)), CodingError);
+    const EQPreset preset(std::numeric_limits<float>::quiet_NaN(), 0, 0);
+    EXPECT_THROW((void)coding::text(JSON(preset)), CodingError);
 }
 
 RC_GTEST_PROP(EQPreset, ComesBackAsItWasWritten, ()) {

@@ -75,6 +75,68 @@ TEST(Published, TakesAnAssignmentOfAnObserverAtOnce) {
     EXPECT_EQ(value.get(), 1) << "the one under way comes last";
 }
 
+TEST(Published, IsNotToldAnObserverWhoseObservingEndsInItsOwnCall) {
+    Published<int> value;
+    std::vector<int> told;
+    Observation own = value.observe([&](int coming) {
+        told.push_back(coming);
+        own = {};
+        value.set(coming + 1);
+    });
+    value.set(1);
+    EXPECT_THAT(told, ElementsAre(1));
+}
+
+TEST(Published, ChangesInPlaceAsByAnAssignment) {
+    Published<std::vector<int>> value;
+    value.update([](std::vector<int>& list) { list.push_back(1); });
+    EXPECT_THAT(value.get(), ElementsAre(1)) << "with nobody to tell";
+    std::vector<std::size_t> sizes;
+    const auto observation = value.observe([&](const std::vector<int>& coming) {
+        sizes.push_back(value.get().size());
+        sizes.push_back(coming.size());
+    });
+    value.update([](std::vector<int>& list) { list.push_back(2); });
+    EXPECT_THAT(sizes, ElementsAre(1U, 2U));
+    EXPECT_THAT(value.get(), ElementsAre(1, 2));
+}
+
+TEST(Published, LetsGoOfAnObserverWithItsObservation) {
+    Published<int> value;
+    const auto kept = std::make_shared<int>(0);
+    auto observation = value.observe([kept](int) {});
+    EXPECT_EQ(kept.use_count(), 2);
+    observation = {};
+    EXPECT_EQ(kept.use_count(), 1);
+}
+
+TEST(Published, RunsWhatFollowsAnAssignmentWhenItHasTakenEffect) {
+    ObjectWillChange object;
+    std::vector<int> seen;
+    Published<int> value(object, 1, [&] { seen.push_back(value.get()); });
+    EXPECT_TRUE(seen.empty());
+    value.set(2);
+    value.set(2);
+    value.update([](int& number) { ++number; });
+    EXPECT_THAT(seen, ElementsAre(2, 2, 3));
+}
+
+TEST(ObjectWillChange, IsToldOfEveryValueOfTheObjectBeforeTheValuesOwnObservers) {
+    ObjectWillChange object;
+    Published<int> number(object, 1);
+    Published<std::string> text(object, "a");
+    std::string told;
+    const auto whole = object.observe([&] { told += std::to_string(number.get()) + text.get(); });
+    const auto own =
+        number.observe([&](int coming) { told += "<" + std::to_string(coming) + ">"; });
+    number.set(2);
+    EXPECT_EQ(told, "1a<2>");
+    text.update([](std::string& value) { value += "b"; });
+    EXPECT_EQ(told, "1a<2>2a");
+    text.set("ab");
+    EXPECT_EQ(told, "1a<2>2a2ab") << "also of an equal value";
+}
+
 TEST(Published, MayGoBeforeItsObservations) {
     auto value = std::make_unique<Published<int>>();
     auto observation = value->observe([](int) {});

@@ -316,8 +316,7 @@ TEST_F(Recorder, HasAUtilityQueueOfItsOwn) {
     };
 
     Queues queues(fakes.serialQueues);
-    const Platform platform{server, fakes.processTable, fakes.workspace, fakes.log, fakes.runLoop,
-                            queues, fakes.wallClock,    fakes.audioFiles};
+    const Platform platform = fakes.platformWith(server, queues);
     const AudioRecorder first(48000.0, 2, platform);
     const AudioRecorder second(48000.0, 2, platform);
     EXPECT_THAT(queues.made, testing::Each(testing::Pair("com.meridane.orvanta.audiorecorder",

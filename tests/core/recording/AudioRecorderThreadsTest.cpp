@@ -95,10 +95,7 @@ private:
 
 class RecorderThreads : public testing::Test {
 protected:
-    [[nodiscard]] Platform platform() {
-        return {server, fakes.processTable, fakes.workspace, fakes.log, fakes.runLoop,
-                queues, fakes.wallClock,    fakes.audioFiles};
-    }
+    [[nodiscard]] Platform platform() { return fakes.platformWith(server, queues); }
 
     /// Hands blocks over at the pace of 48 kHz.
     void produce(AudioRecorder& recorder, std::int64_t blocks) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/e2e/support/Waiting.h"
+#include "tests/support/Waiting.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/e2e/support/AudioGraph.h"
-#include "tests/e2e/support/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <filesystem>
 #include <string>

@@ -86,18 +86,21 @@ void EndToEndTest::awaitOnly(pid_t pid, const std::string& nodeName) const {
     });
 }
 
-void EndToEndTest::awaitTapped(pid_t pid) const {
+void EndToEndTest::awaitTapped(pid_t pid, Seconds bound) const {
     const auto isDevice = [&](const std::string& name) {
         const auto node = graph().node(name);
         return !node || node->get("factory.name") == "support.null-audio-sink";
     };
-    graph().await("process " + std::to_string(pid) + " plays to a tap alone", [&] {
-        const auto streams = graph().playbackNodes(pid);
-        return !streams.empty() && std::ranges::all_of(streams, [&](const GraphObject& stream) {
-            const auto targets = graph().targets(stream.id);
-            return targets.size() == 1 && !isDevice(targets[0]);
-        });
-    });
+    graph().await(
+        "process " + std::to_string(pid) + " plays to a tap alone",
+        [&] {
+            const auto streams = graph().playbackNodes(pid);
+            return !streams.empty() && std::ranges::all_of(streams, [&](const GraphObject& stream) {
+                const auto targets = graph().targets(stream.id);
+                return targets.size() == 1 && !isDevice(targets[0]);
+            });
+        },
+        bound);
 }
 
 Capture EndToEndTest::recordUndisturbed(std::uint32_t playbackNode, const std::string& device,

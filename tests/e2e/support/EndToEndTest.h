@@ -50,7 +50,7 @@ protected:
     void awaitOnly(pid_t pid, const std::string& nodeName) const;
     /// Waits until every stream of the process plays to one node that is none of the tests'
     /// devices, and to nothing else.
-    void awaitTapped(pid_t pid) const;
+    void awaitTapped(pid_t pid, Seconds bound = Seconds(10)) const;
 
     /// Records a stream's channels (first) and a device's monitor (after them) side by side, again
     /// if the machine missed a cycle: only such recordings tell what the code does.

@@ -1,15 +1,20 @@
 #pragma once
 
 #include "core/engine/AudioTapManager.h"
+#include "core/platform/UnavailableHotKeyCenter.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/ProcProcessTable.h"
+#include "platform/linux/desktop/UserFolders.h"
 #include "platform/media/MediaFileWriter.h"
+#include "platform/memory/InMemoryUserDefaults.h"
 #include "platform/pipewire/PipeWireAudioHardware.h"
+#include "platform/runloop/InProcessNotificationCenter.h"
 #include "platform/runloop/SystemWallClock.h"
 #include "platform/runloop/ThreadSerialQueue.h"
 #include "platform/runloop/WorkerRunLoop.h"
-#include "tests/e2e/support/Waiting.h"
+#include "tests/support/RecordingFileViewer.h"
 #include "tests/support/RecordingLog.h"
+#include "tests/support/Waiting.h"
 
 #include <string>
 
@@ -25,8 +30,19 @@ public:
     [[nodiscard]] AudioTapManager& manager() { return manager_; }
 
     [[nodiscard]] Platform platform() {
-        return {hardware_,    processTable_, workspace_, log_,
-                mainRunLoop_, serialQueues_, wallClock_, audioFiles_};
+        return {.audioHardware = hardware_,
+                .processTable = processTable_,
+                .workspace = workspace_,
+                .systemLog = log_,
+                .mainRunLoop = mainRunLoop_,
+                .serialQueues = serialQueues_,
+                .wallClock = wallClock_,
+                .audioFileWriter = audioFiles_,
+                .userDefaults = userDefaults_,
+                .hotKeyCenter = hotKeyCenter_,
+                .notificationCenter = notificationCenter_,
+                .fileViewer = fileViewer_,
+                .userFolders = userFolders_};
     }
 
     [[nodiscard]] PipeWireAudioHardware& hardware() { return hardware_; }
@@ -60,6 +76,11 @@ private:
     ThreadSerialQueues serialQueues_;
     SystemWallClock wallClock_;
     MediaFileWriter audioFiles_;
+    InMemoryUserDefaults userDefaults_;
+    UnavailableHotKeyCenter hotKeyCenter_;
+    InProcessNotificationCenter notificationCenter_;
+    RecordingFileViewer fileViewer_;
+    const UserFolders userFolders_ = userFoldersOf(DesktopFolders::fromEnvironment());
     AudioTapManager manager_;
 };
 

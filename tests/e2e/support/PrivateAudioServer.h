@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/e2e/support/ChildProcess.h"
-#include "tests/e2e/support/ScopedEnvironment.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <filesystem>

@@ -25,6 +25,10 @@ void StreamClient::close() {
     tell("close");
 }
 
+void StreamClient::reconnect() {
+    tell("reconnect");
+}
+
 void StreamClient::pause() {
     tell("pause");
 }

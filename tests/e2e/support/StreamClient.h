@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/e2e/support/ChildProcess.h"
 #include "tests/e2e/support/NoiseSignal.h"
+#include "tests/support/ChildProcess.h"
 
 #include <filesystem>
 #include <string>
@@ -32,6 +32,8 @@ public:
     /// `target` names a device the program itself asks for.
     void open(const std::string& target = "");
     void close();
+    /// To the server that runs now, with no stream open.
+    void reconnect();
     void pause();
     void resume();
 

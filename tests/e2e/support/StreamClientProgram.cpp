@@ -1,6 +1,7 @@
 // A program that plays the known noise signal and is told what to do on standard input:
 //   open [TARGET]   opens a stream, which goes on in the signal where the last one ended
 //   close           closes it
+//   reconnect       closes it and connects to the server that runs now
 //   pause, resume   the stream stays open
 //   quit
 // Each line is answered with "ok". Options: --rate HZ, --channels 1|2|6, --seed N, --name TEXT.
@@ -71,8 +72,7 @@ public:
         context_ =
             pw_context_new(pw_main_loop_get_loop(loop_),
                            pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
-        core_ = pw_context_connect(
-            context_, pw_properties_new(PW_KEY_APP_NAME, options_.name.c_str(), nullptr), 0);
+        connect();
     }
 
     Player(const Player&) = delete;
@@ -93,6 +93,8 @@ public:
             open(line.size() > 5 ? line.substr(5) : "");
         else if (word == "close")
             close();
+        else if (word == "reconnect")
+            reconnect();
         else if (word == "pause" || word == "resume")
             pw_stream_set_active(stream_, word == "resume");
         else if (word == "quit")
@@ -102,6 +104,18 @@ public:
     }
 
 private:
+    void connect() {
+        core_ = pw_context_connect(
+            context_, pw_properties_new(PW_KEY_APP_NAME, options_.name.c_str(), nullptr), 0);
+    }
+
+    void reconnect() {
+        close();
+        if (core_ != nullptr)
+            pw_core_disconnect(core_);
+        connect();
+    }
+
     void open(const std::string& target) {
         static const pw_stream_events events = [] {
             pw_stream_events table = {};

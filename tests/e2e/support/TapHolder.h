@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/e2e/support/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <cstdint>
 #include <string>

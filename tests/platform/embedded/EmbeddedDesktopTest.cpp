@@ -81,6 +81,18 @@ TEST_F(EmbeddedDesktop, AScriptMayAddProcessesAndStandInForThem) {
     EXPECT_THAT(processes.name(100), Optional(Eq("Player")));
 }
 
+TEST_F(EmbeddedDesktop, AProcessUsesWhatAScriptSaysAndElseNothingIsKnownOfIt) {
+    server.addProgram({.pid = 100, .name = "Player"});
+    EXPECT_FALSE(processes.taskInfo(100));
+    const ProcessTaskInfo figures{
+        .virtualSize = 5, .residentSize = 4, .totalUser = 3, .totalSystem = 2, .threadCount = 1};
+    processes.set(100, {.name = "Player", .taskInfo = figures});
+    EXPECT_THAT(processes.taskInfo(100), Optional(figures));
+    processes.set(100, {.name = "Player"});
+    EXPECT_FALSE(processes.taskInfo(100));
+    EXPECT_FALSE(processes.taskInfo(5));
+}
+
 TEST_F(EmbeddedDesktop, TheProgramsOwnPidIsScripted) {
     EXPECT_EQ(processes.ownPID(), 1000);
     processes.setOwnPID(100);

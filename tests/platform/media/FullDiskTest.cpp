@@ -2,7 +2,7 @@
 #include "tests/platform/media/support/M4AReader.h"
 #include "tests/platform/media/support/Material.h"
 #include "tests/platform/media/support/MediaTools.h"
-#include "tests/platform/media/support/SmallDisk.h"
+#include "tests/support/SmallDisk.h"
 #include "tests/support/WavReader.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "platform/media/NewFile.h"
 
-#include "tests/platform/media/support/FileSizeLimit.h"
 #include "tests/support/FileContent.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>

@@ -4,8 +4,8 @@
 #include "tests/platform/media/support/M4AReader.h"
 #include "tests/platform/media/support/Material.h"
 #include "tests/platform/media/support/MediaTools.h"
-#include "tests/platform/media/support/SmallDisk.h"
 #include "tests/support/EngineRig.h"
+#include "tests/support/SmallDisk.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/WavReader.h"
 

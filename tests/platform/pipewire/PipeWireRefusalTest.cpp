@@ -1,5 +1,5 @@
-#include "tests/e2e/support/ChildProcess.h"
 #include "tests/platform/pipewire/support/PipeWireTest.h"
+#include "tests/support/ChildProcess.h"
 
 #include <algorithm>
 #include <unistd.h>

@@ -1,6 +1,6 @@
-#include "tests/e2e/support/ChildProcess.h"
 #include "tests/e2e/support/StreamClient.h"
 #include "tests/platform/pipewire/support/PipeWireTest.h"
+#include "tests/support/ChildProcess.h"
 
 #include <algorithm>
 #include <sys/resource.h>

@@ -1,8 +1,8 @@
 #include "platform/pipewire/ServerConnection.h"
 
-#include "tests/e2e/support/Waiting.h"
 #include "tests/support/RecordingLog.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
 #include <pipewire/pipewire.h>

@@ -96,7 +96,12 @@ TEST_F(ThreadSerialQueueTest, YieldsToTheRestWhenItsWorkIsUtility) {
     EXPECT_EQ(niceValue(QualityOfService::standard), own);
     EXPECT_GE(niceValue(QualityOfService::utility), own);
     EXPECT_GE(niceValue(QualityOfService::utility), 10);
+    EXPECT_LE(niceValue(QualityOfService::userInitiated), own);
     EXPECT_LE(niceValue(QualityOfService::userInteractive), own);
+    // Whoever may go below zero gets all of it.
+    if (niceValue(QualityOfService::userInteractive) == -10) {
+        EXPECT_EQ(niceValue(QualityOfService::userInitiated), -5);
+    }
 }
 
 TEST_F(ThreadSerialQueueTest, WaitsForTheRunningTaskAndDropsTheRestAtItsEnd) {

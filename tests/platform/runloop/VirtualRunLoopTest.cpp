@@ -172,5 +172,19 @@ TEST(VirtualRunLoop, MayBeDestroyedByATaskThatItRuns) {
     EXPECT_EQ(idle.runUntilIdle(), 1U);
 }
 
+TEST(VirtualRunLoop, TellsWhatWaits) {
+    VirtualRunLoop loop;
+    loop.post([] {});
+    loop.postAfter(3s, [] {});
+    const auto slow = loop.repeat(2s, [] {});
+    const auto fast = loop.repeat(1s, [] {});
+    EXPECT_EQ(loop.waiting().posted, 2U);
+    EXPECT_EQ(loop.waiting().timerIntervals, (std::vector<Seconds>{1s, 2s}));
+    loop.advance(2s);
+    fast->invalidate();
+    EXPECT_EQ(loop.waiting().posted, 1U);
+    EXPECT_EQ(loop.waiting().timerIntervals, (std::vector<Seconds>{2s}));
+}
+
 } // namespace
 } // namespace orvanta

@@ -1,10 +1,10 @@
 #include "tests/platform/media/support/KilledRecording.h"
 
-#include "tests/e2e/support/ChildProcess.h"
 #include "tests/platform/media/support/M4AReader.h"
 #include "tests/platform/media/support/Material.h"
 #include "tests/platform/media/support/MediaTools.h"
 #include "tests/platform/media/support/SharedCounter.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/WavReader.h"
 

@@ -1,6 +1,6 @@
 #include "tests/platform/media/support/MediaTools.h"
 
-#include "tests/e2e/support/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <fstream>

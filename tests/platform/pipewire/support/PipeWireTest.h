@@ -4,10 +4,10 @@
 #include "platform/pipewire/PipeWireAudioHardware.h"
 #include "tests/e2e/support/AudioGraph.h"
 #include "tests/e2e/support/PrivateAudioServer.h"
-#include "tests/e2e/support/Waiting.h"
 #include "tests/platform/pipewire/support/OwnStream.h"
 #include "tests/platform/pipewire/support/PlayedTap.h"
 #include "tests/support/RecordingLog.h"
+#include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
 
