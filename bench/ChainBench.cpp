@@ -89,10 +89,10 @@ Runner plainChain() {
     };
 }
 
-const std::vector<Layout> kLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
+const std::vector<Layout> kChainLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
 
-[[maybe_unused]] const bool kRegistered =
-    registerVersions("chain", kLayouts,
+[[maybe_unused]] const bool kChainIsRegistered =
+    registerVersions("chain", kChainLayouts,
                      [](const Kernels& kernels) { return Runner(ChainRunner(kernels)); }) &&
     registerBlocks("chain/reference", {Layout::planar}, plainChain) &&
     registerDenormals("chain", [] { return Runner(ChainRunner(kernels())); });

@@ -21,7 +21,7 @@ Runner plainCompressor(const CompressorPreset& preset) {
     return channelRunner(std::move(compressor));
 }
 
-const std::vector<Layout> kLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
+const std::vector<Layout> kCompressorLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
 
 /// The presets themselves are there only when the program runs.
 using PresetGetter = const CompressorPreset& (*)();
@@ -30,9 +30,9 @@ bool registerPreset(const std::string& name, PresetGetter preset) {
     using reference::ApproximatePowers;
     using reference::LibraryPowers;
     return registerVersions(
-               name, kLayouts,
+               name, kCompressorLayouts,
                [preset](const Kernels& kernels) { return ourCompressor(preset(), kernels); }) &&
-           registerBlocks(name + "/reference", kLayouts,
+           registerBlocks(name + "/reference", kCompressorLayouts,
                           [preset] { return plainCompressor<ApproximatePowers>(preset()); }) &&
            registerBlocks(name + "/referenceWithLibraryPowers", {Layout::planar},
                           [preset] { return plainCompressor<LibraryPowers>(preset()); });
@@ -46,7 +46,7 @@ const CompressorPreset& nightMode() {
     return CompressorPreset::nightMode;
 }
 
-[[maybe_unused]] const bool kRegistered =
+[[maybe_unused]] const bool kCompressorIsRegistered =
     registerPreset("compressorBroadcast", broadcast) &&
     registerPreset("compressorNightMode", nightMode) &&
     registerDenormals("compressor", [] { return ourCompressor(broadcast(), kernels()); });

@@ -24,11 +24,11 @@ Runner plainEqualiser() {
         std::make_shared<reference::Equaliser>(kRate, 2));
 }
 
-const std::vector<Layout> kLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
+const std::vector<Layout> kEQLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
 
-[[maybe_unused]] const bool kRegistered =
-    registerVersions("equaliser", kLayouts, ourEqualiser) &&
-    registerBlocks("equaliser/reference", kLayouts, plainEqualiser) &&
+[[maybe_unused]] const bool kEQIsRegistered =
+    registerVersions("equaliser", kEQLayouts, ourEqualiser) &&
+    registerBlocks("equaliser/reference", kEQLayouts, plainEqualiser) &&
     registerDenormals("equaliser", [] { return ourEqualiser(kernels()); });
 
 } // namespace

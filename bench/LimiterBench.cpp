@@ -18,11 +18,12 @@ Runner ourLimiter(const Kernels& kernels) {
     return limiter<LimiterProcessor>(kernels);
 }
 
-const std::vector<Layout> kLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
+const std::vector<Layout> kLimiterLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
 
-[[maybe_unused]] const bool kRegistered =
-    registerVersions("limiter", kLayouts, ourLimiter) &&
-    registerBlocks("limiter/reference", kLayouts, [] { return limiter<reference::Limiter>(); }) &&
+[[maybe_unused]] const bool kLimiterIsRegistered =
+    registerVersions("limiter", kLimiterLayouts, ourLimiter) &&
+    registerBlocks("limiter/reference", kLimiterLayouts,
+                   [] { return limiter<reference::Limiter>(); }) &&
     registerDenormals("limiter", [] { return ourLimiter(kernels()); });
 
 } // namespace

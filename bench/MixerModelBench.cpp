@@ -24,7 +24,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-constexpr std::int32_t kFirstPID = 100;
+constexpr std::int32_t kFirstMixedPID = 100;
 constexpr std::int32_t kApplications = 200;
 constexpr int kSavesPerSecond = 60;
 constexpr Seconds kTick{1.0 / 60.0};
@@ -97,14 +97,14 @@ void mixer_tick(benchmark::State& state) {
     Mixer mixer;
     mixer.startPassive();
     std::map<std::int32_t, AudioLevel> next;
-    for (std::int32_t pid = kFirstPID; pid < kFirstPID + kTaps; ++pid) {
+    for (std::int32_t pid = kFirstMixedPID; pid < kFirstMixedPID + kTaps; ++pid) {
         mixer.list(pid, keyOf(pid));
         mixer.tapping->levels[pid] = {.rms = 0.1F, .peak = 0.5F};
         next[pid] = {.rms = 0.2F, .peak = state.range(0) != 0 ? 0.6F : 0.5F};
         mixer.processTable.tasks[pid] = {.residentSize = 1U << 20U};
     }
     mixer.tapEverythingListed();
-    for (std::int32_t pid = kFirstPID; pid < kFirstPID + kTaps; ++pid)
+    for (std::int32_t pid = kFirstMixedPID; pid < kFirstMixedPID + kTaps; ++pid)
         mixer.model->setCompressor(pid, CompressorPreset::music);
     mixer.model->setConsoleVisible(true);
     if (state.range(1) != 0)
@@ -123,7 +123,7 @@ void mixer_tickOfRunningTaps(benchmark::State& state) {
     mixer.server.setDefaultOutput(mixer.server.findDevice("output"));
     mixer.start(std::make_shared<AudioTapManager>(mixer.platformWith(mixer.server)),
                 mixer.settings);
-    for (std::int32_t pid = kFirstPID; pid < kFirstPID + kTaps; ++pid) {
+    for (std::int32_t pid = kFirstMixedPID; pid < kFirstMixedPID + kTaps; ++pid) {
         const AudioObjectID program =
             mixer.server.addProgram({.pid = pid, .source = embedded::tone(440, 0.5F)});
         mixer.discovery->apps.emplace_back(mixer.workspace, program, pid, keyOf(pid), std::nullopt,
@@ -144,7 +144,7 @@ void mixer_refresh(benchmark::State& state) {
     const bool isTapped = state.range(0) != 0;
     Mixer mixer;
     const auto store = std::make_shared<SettingsStore>(mixer.userDefaults);
-    for (std::int32_t pid = kFirstPID; pid < kFirstPID + kApplications; ++pid) {
+    for (std::int32_t pid = kFirstMixedPID; pid < kFirstMixedPID + kApplications; ++pid) {
         mixer.list(pid, keyOf(pid), keyOf(pid));
         store->save(keyOf(pid), recordWith(isTapped));
     }
@@ -173,7 +173,7 @@ void mixer_dragForAMinute(benchmark::State& state) {
     SQLiteUserDefaults defaults({directory.path() / "settings.db", "com.meridane.orvanta"},
                                 mixer.wallClock, log);
     const auto store = std::make_shared<SettingsStore>(defaults);
-    for (std::int32_t pid = kFirstPID; pid < kFirstPID + kApplications; ++pid) {
+    for (std::int32_t pid = kFirstMixedPID; pid < kFirstMixedPID + kApplications; ++pid) {
         mixer.list(pid, keyOf(pid), keyOf(pid));
         store->save(keyOf(pid), recordWith(true));
     }
@@ -190,7 +190,7 @@ void mixer_dragForAMinute(benchmark::State& state) {
                                                       kSavesPerSecond);
             const auto before = Clock::now();
             const double processorBefore = threadSeconds();
-            mixer.model->setVolume(kFirstPID + 77, static_cast<float>(save) / 1000.0F);
+            mixer.model->setVolume(kFirstMixedPID + 77, static_cast<float>(save) / 1000.0F);
             processorSeconds += threadSeconds() - processorBefore;
             longest = std::max(longest, Milliseconds(Clock::now() - before));
         }

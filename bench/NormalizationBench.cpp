@@ -13,11 +13,12 @@ Runner plainNormalization() {
     return channelRunner(std::make_shared<reference::Normalization>(kRate));
 }
 
-const std::vector<Layout> kLayouts = {Layout::mono, Layout::planar, Layout::interleaved};
+const std::vector<Layout> kNormalizationLayouts = {Layout::mono, Layout::planar,
+                                                   Layout::interleaved};
 
-[[maybe_unused]] const bool kRegistered =
-    registerVersions("normalization", kLayouts, ourNormalization) &&
-    registerBlocks("normalization/reference", kLayouts, plainNormalization) &&
+[[maybe_unused]] const bool kNormalizationIsRegistered =
+    registerVersions("normalization", kNormalizationLayouts, ourNormalization) &&
+    registerBlocks("normalization/reference", kNormalizationLayouts, plainNormalization) &&
     registerDenormals("normalization", [] { return ourNormalization(kernels()); });
 
 } // namespace

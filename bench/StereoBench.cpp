@@ -46,13 +46,13 @@ Runner plainWidth() {
     };
 }
 
-const std::vector<Layout> kLayouts = {Layout::planar, Layout::interleaved};
+const std::vector<Layout> kStereoLayouts = {Layout::planar, Layout::interleaved};
 
-[[maybe_unused]] const bool kRegistered =
-    registerVersions("crossfeed", kLayouts, ourCrossfeed) &&
+[[maybe_unused]] const bool kStereoIsRegistered =
+    registerVersions("crossfeed", kStereoLayouts, ourCrossfeed) &&
     registerBlocks("crossfeed/reference", {Layout::planar}, plainCrossfeed) &&
     registerDenormals("crossfeed", [] { return ourCrossfeed(kernels()); }) &&
-    registerVersions("width", kLayouts, ourWidth) &&
+    registerVersions("width", kStereoLayouts, ourWidth) &&
     registerBlocks("width/reference", {Layout::planar}, plainWidth);
 
 } // namespace

@@ -16,7 +16,7 @@ using orvanta::RunningApplication;
 
 constexpr int kProcesses = 400;
 constexpr int kEntries = 100;
-constexpr std::int32_t kFirstPID = 1000;
+constexpr std::int32_t kFirstPlayingPID = 1000;
 
 /// What discovery asks in one pass.
 void pass(const LinuxWorkspace& workspace, const std::vector<std::int32_t>& clients) {
@@ -48,7 +48,7 @@ void installEntries(const test::ScriptedDesktop& desktop) {
 /// without one.
 test::ScriptedProcess scriptedProcess(int number) {
     test::ScriptedProcess process;
-    process.pid = kFirstPID + number;
+    process.pid = kFirstPlayingPID + number;
     process.session = process.pid - number % 4;
     process.executable = "/usr/bin/player" + std::to_string(number % kEntries);
     if (number % 4 == 1) {
@@ -74,7 +74,7 @@ void writtenProcesses(benchmark::State& state) {
     installEntries(desktop);
     for (int number = 0; number < kProcesses; ++number)
         desktop.proc.run(scriptedProcess(number));
-    const auto clients = play(desktop, static_cast<int>(state.range(0)), kFirstPID);
+    const auto clients = play(desktop, static_cast<int>(state.range(0)), kFirstPlayingPID);
     const auto step = [&] {
         desktop.nextPass();
         pass(desktop.workspace, clients);
@@ -91,7 +91,7 @@ void firstPassOverWrittenProcesses(benchmark::State& state) {
     installEntries(desktop);
     for (int number = 0; number < kProcesses; ++number)
         desktop.proc.run(scriptedProcess(number));
-    const auto clients = play(desktop, static_cast<int>(state.range(0)), kFirstPID);
+    const auto clients = play(desktop, static_cast<int>(state.range(0)), kFirstPlayingPID);
     for (auto _ : state) {
         const LinuxWorkspace workspace(desktop.folders, &desktop.clients, desktop.proc.root());
         pass(workspace, clients);

@@ -28,7 +28,7 @@ Reply autoTap(Mixer& mixer, Words arguments) {
     return {Answer().state("autotap", mixer.model.autoTapEnabled.get()).line()};
 }
 
-constexpr std::array kCommands{
+constexpr std::array kMasterCommands{
     Command{"master", "0..1", "the volume of the devices themselves", 1, 1, master},
     Command{"muteall", "on|off", "silence everything", 1, 1, muteAll},
     Command{"autotap", "on|off", "tap whatever plays", 1, 1, autoTap},
@@ -37,7 +37,7 @@ constexpr std::array kCommands{
 } // namespace
 
 std::span<const Command> masterCommands() {
-    return kCommands;
+    return kMasterCommands;
 }
 
 } // namespace orvanta::cli

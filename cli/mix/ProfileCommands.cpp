@@ -115,7 +115,7 @@ Reply rename(Mixer& mixer, Words arguments) {
     return {line(mixer, readProfile(mixer, name))};
 }
 
-constexpr std::array kCommands{
+constexpr std::array kProfileCommands{
     Command{"profiles", "", "the stored mixes, a line each", 0, 0, profiles},
     Command{"profile save", "NAME [ICON]", "store the mix under a new name", 1, 2, save},
     Command{"profile apply", "NAME", "set what is tapped now as it is stored", 1, 1, apply},
@@ -127,7 +127,7 @@ constexpr std::array kCommands{
 } // namespace
 
 std::span<const Command> profileCommands() {
-    return kCommands;
+    return kProfileCommands;
 }
 
 } // namespace orvanta::cli

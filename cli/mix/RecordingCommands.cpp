@@ -90,7 +90,7 @@ Reply reveal(Mixer& mixer, Words /*arguments*/) {
     return {};
 }
 
-constexpr std::array kCommands{
+constexpr std::array kRecordingCommands{
     Command{"record", "APP start|stop", "record it into a new file", 2, 2, record},
     Command{"format", "wav|m4a", "of recordings to come", 1, 1, format},
     Command{"mode", "processed|original|both",
@@ -103,7 +103,7 @@ constexpr std::array kCommands{
 } // namespace
 
 std::span<const Command> recordingCommands() {
-    return kCommands;
+    return kRecordingCommands;
 }
 
 } // namespace orvanta::cli

@@ -36,7 +36,7 @@ Reply quit(Mixer& /*mixer*/, Words /*arguments*/) {
     return {.text = {}, .then = Then::quit};
 }
 
-constexpr std::array kCommands{
+constexpr std::array kSessionCommands{
     Command{"levels", "[SECONDS]", "how loud each tapped application is", 0, 1, levels},
     Command{"wait", "SECONDS", "do nothing for a while", 1, 1, wait},
     Command{"help", "", "this list", 0, 0, help},
@@ -46,7 +46,7 @@ constexpr std::array kCommands{
 } // namespace
 
 std::span<const Command> sessionCommands() {
-    return kCommands;
+    return kSessionCommands;
 }
 
 } // namespace orvanta::cli

@@ -156,7 +156,7 @@ Reply gate(Mixer& mixer, Words arguments) {
     return {(isOn ? answer.number("gate", threshold) : answer.state("gate", false)).line()};
 }
 
-constexpr std::array kCommands{
+constexpr std::array kSoundCommands{
     Command{"volume", "APP 0..2", "its volume; also as a percentage, 150%", 2, 2, volume},
     Command{"mute", "APP", "silence it", 1, 1, mute},
     Command{"unmute", "APP", "let it be heard again", 1, 1, unmute},
@@ -176,7 +176,7 @@ constexpr std::array kCommands{
 } // namespace
 
 std::span<const Command> soundCommands() {
-    return kCommands;
+    return kSoundCommands;
 }
 
 } // namespace orvanta::cli

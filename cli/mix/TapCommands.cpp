@@ -80,7 +80,7 @@ Reply route(Mixer& mixer, Words arguments) {
     return {(uid ? answer.text("device", *uid) : answer.word("device", "default")).line()};
 }
 
-constexpr std::array kCommands{
+constexpr std::array kTapCommands{
     Command{"tap", "APP", "take its sound, with what is stored for it", 1, 1, tap},
     Command{"untap", "APP", "give its sound back", 1, 1, untap},
     Command{"route", "APP UID|default", "play it on a device of its own", 2, 2, route},
@@ -89,7 +89,7 @@ constexpr std::array kCommands{
 } // namespace
 
 std::span<const Command> tapCommands() {
-    return kCommands;
+    return kTapCommands;
 }
 
 } // namespace orvanta::cli

@@ -10,7 +10,7 @@
 namespace orvanta::cli {
 namespace {
 
-constexpr std::string_view kNothing = "none\n";
+constexpr std::string_view kNoLines = "none\n";
 
 Answer summary(const MixerViewModel& model, const AudioApp& app) {
     return answerAbout(app)
@@ -23,7 +23,7 @@ Reply list(Mixer& mixer, Words /*arguments*/) {
     std::string lines;
     for (const AudioApp& app : mixer.apps())
         lines += summary(mixer.model, app).line();
-    return {lines.empty() ? std::string(kNothing) : lines};
+    return {lines.empty() ? std::string(kNoLines) : lines};
 }
 
 Reply devices(Mixer& mixer, Words /*arguments*/) {
@@ -34,7 +34,7 @@ Reply devices(Mixer& mixer, Words /*arguments*/) {
                      .text("name", device.name)
                      .flag("default", device.isDefault)
                      .line();
-    return {lines.empty() ? std::string(kNothing) : lines};
+    return {lines.empty() ? std::string(kNoLines) : lines};
 }
 
 void addSound(Answer& answer, const MixerViewModel& model, std::int32_t pid) {
@@ -75,7 +75,7 @@ Reply status(Mixer& mixer, Words arguments) {
     return {answer.line()};
 }
 
-constexpr std::array kCommands{
+constexpr std::array kViewCommands{
     Command{"list", "", "the applications that make sound, a line each", 0, 0, list},
     Command{"devices", "", "the output devices, a line each", 0, 0, devices},
     Command{"status", "APP", "how an application is set", 1, 1, status},
@@ -84,7 +84,7 @@ constexpr std::array kCommands{
 } // namespace
 
 std::span<const Command> viewCommands() {
-    return kCommands;
+    return kViewCommands;
 }
 
 } // namespace orvanta::cli

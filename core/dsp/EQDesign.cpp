@@ -5,7 +5,7 @@
 namespace orvanta {
 namespace {
 
-constexpr double kTwoPi = 6.283185307179586;
+constexpr double kFullTurn = 6.283185307179586;
 
 struct Biquad {
     double b0, b1, b2;
@@ -22,7 +22,7 @@ struct Terms {
 
 Terms termsOf(const EQBand& band, double sampleRate) {
     const double A = std::pow(10.0, static_cast<double>(band.gain) / 40.0);
-    const double w0 = static_cast<double>(band.frequency) * kTwoPi / sampleRate;
+    const double w0 = static_cast<double>(band.frequency) * kFullTurn / sampleRate;
     const double alpha = std::sin(w0) / (2.0 * static_cast<double>(band.q));
     return {A, std::cos(w0), alpha, 2.0 * std::sqrt(A) * alpha};
 }

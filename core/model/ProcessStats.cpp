@@ -5,7 +5,7 @@
 namespace orvanta {
 namespace {
 
-constexpr double kBytesPerMB = 1048576.0;
+constexpr double kBytesPerMegabyte = 1048576.0;
 constexpr double kNanosecondsPerSecond = 1'000'000'000.0;
 constexpr double kHighestPercent = 800.0;
 
@@ -19,7 +19,7 @@ double cpuPercent(const ProcessTaskInfo& info, const CPUTimes& last, Seconds now
 }
 
 double inMB(std::uint64_t bytes) {
-    return static_cast<double>(bytes) / kBytesPerMB;
+    return static_cast<double>(bytes) / kBytesPerMegabyte;
 }
 
 } // namespace

@@ -16,9 +16,7 @@ namespace orvanta::test {
 
 namespace {
 
-constexpr std::size_t halfASecond = 24000;
-
-constexpr float volume = 0.5F;
+constexpr float halfVolume = 0.5F;
 constexpr std::size_t band = 5;
 constexpr float bandGain = 6;
 constexpr double bandHertz = 1000;
@@ -112,10 +110,10 @@ protected:
 TEST_P(RealPrograms, AreHeardAtTheVolumeOfTheirTap) {
     const NoiseSignal noise(11);
     const pid_t pid = play(noiseFile(noise));
-    mixer().tap(pid, volume);
+    mixer().tap(pid, halfVolume);
     awaitTapped(pid);
 
-    expectTheStreamTimes(static_cast<double>(volume), pid);
+    expectTheStreamTimes(static_cast<double>(halfVolume), pid);
 
     mixer().manager().removeTap(pid);
     awaitOnly(pid, "speakers");
@@ -125,7 +123,7 @@ TEST_P(RealPrograms, AreHeardAtTheVolumeOfTheirTap) {
 
 TEST_P(RealPrograms, AreHeardThroughABandOfTheEqualiser) {
     const pid_t pid = play(tonesFile());
-    mixer().tap(pid, volume);
+    mixer().tap(pid, halfVolume);
     mixer().manager().setEQ(pid, static_cast<int>(band), bandGain);
     awaitTapped(pid);
     const std::uint64_t before = mixer().manager().getCallbackCount(pid);
@@ -141,7 +139,7 @@ TEST_P(RealPrograms, AreHeardThroughABandOfTheEqualiser) {
                                           .subspan(wholePeriods, wholePeriods));
         };
         for (const double hertz : {bandHertz, otherHertz}) {
-            const double expected = static_cast<double>(volume) * bandResponse(hertz);
+            const double expected = static_cast<double>(halfVolume) * bandResponse(hertz);
             const double heard = settled(2 + channel, hertz) / settled(channel, hertz);
             std::cout << hertz << " Hz: " << decibels(heard) << " dB, the processors' "
                       << decibels(expected) << " dB\n";
@@ -163,7 +161,7 @@ class ReopeningPrograms : public RealPrograms {};
 TEST_P(ReopeningPrograms, StayTapped) {
     const NoiseSignal noise(12);
     const pid_t pid = play(noiseFile(noise));
-    mixer().tap(pid, volume);
+    mixer().tap(pid, halfVolume);
     awaitTapped(pid);
     const std::string first = serialOfStream(pid);
 
@@ -182,7 +180,7 @@ TEST_P(ReopeningPrograms, StayTapped) {
     });
 
     awaitTapped(pid);
-    expectTheStreamTimes(static_cast<double>(volume), pid);
+    expectTheStreamTimes(static_cast<double>(halfVolume), pid);
 }
 
 class ProgramsOnTwoDevices : public EndToEndTest {};

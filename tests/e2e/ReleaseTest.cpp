@@ -7,7 +7,7 @@ namespace orvanta::test {
 
 namespace {
 
-constexpr std::uint32_t quantum = 1024;
+constexpr std::uint32_t releaseQuantum = 1024;
 
 class Release : public EndToEndTest {
 protected:
@@ -31,7 +31,7 @@ protected:
 };
 
 TEST_F(Release, DoublesNoSampleAndIsSilentForOneCycleAtMost) {
-    graph().forceQuantum(quantum);
+    graph().forceQuantum(releaseQuantum);
     StreamClient client;
     client.open();
     graph().awaitPlayback(client.pid());
@@ -44,8 +44,8 @@ TEST_F(Release, DoublesNoSampleAndIsSilentForOneCycleAtMost) {
         EXPECT_GT(counts.gained, 0U) << counts;
         EXPECT_GT(counts.leaked, 0U) << counts;
         EXPECT_EQ(counts.doubled + counts.foreign + counts.repeated, 0U) << counts;
-        EXPECT_LE(counts.longestGap, quantum) << counts;
-        EXPECT_LE(counts.lost, quantum) << counts;
+        EXPECT_LE(counts.longestGap, releaseQuantum) << counts;
+        EXPECT_LE(counts.lost, releaseQuantum) << counts;
     }
 }
 

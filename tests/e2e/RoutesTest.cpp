@@ -6,8 +6,6 @@ namespace orvanta::test {
 
 namespace {
 
-constexpr std::size_t halfASecond = 24000;
-
 class Routes : public EndToEndTest {
 protected:
     void SetUp() override {

@@ -8,8 +8,6 @@ namespace orvanta::test {
 
 namespace {
 
-constexpr std::size_t halfASecond = 24000;
-
 class TappedPlayers : public EndToEndTest, public testing::WithParamInterface<PlayerKind> {};
 
 TEST_P(TappedPlayers, SoundAsTheFileTimesTheVolumeSampleForSampleAndAsTheFileAfterRelease) {

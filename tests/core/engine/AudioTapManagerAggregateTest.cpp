@@ -1,4 +1,4 @@
-#include "tests/support/EngineRig.h"
+#include "tests/core/engine/EngineNames.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,9 +10,6 @@ using embedded::Operation;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr auto pid = EngineRig::pid;
-constexpr OSStatus refusal = -4321;
 
 // ---- rates and volumes
 

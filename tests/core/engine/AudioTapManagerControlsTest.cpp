@@ -1,4 +1,4 @@
-#include "tests/support/EngineRig.h"
+#include "tests/core/engine/EngineNames.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,9 +12,6 @@ namespace orvanta::test {
 namespace {
 
 using testing::Each;
-
-constexpr auto pid = EngineRig::pid;
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 class TapControls : public testing::Test {
 protected:

@@ -1,4 +1,4 @@
-#include "tests/support/EngineRig.h"
+#include "tests/core/engine/EngineNames.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,9 +14,6 @@ using embedded::Operation;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr auto pid = EngineRig::pid;
-constexpr OSStatus refusal = -4321;
 
 // ---- making a tap
 

@@ -1,5 +1,6 @@
 // Devices that vanish and defaults that move while taps run, in virtual time.
 
+#include "tests/core/engine/EngineNames.h"
 #include "tests/core/engine/TapOnSpeakersTest.h"
 
 #include <gmock/gmock.h>
@@ -18,8 +19,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-constexpr auto pid = EngineRig::pid;
-constexpr OSStatus refusal = -4321;
 constexpr AudioObjectPropertyAddress deviceListChange{kAudioHardwarePropertyDevices};
 constexpr AudioObjectPropertyAddress defaultChange{kAudioHardwarePropertyDefaultOutputDevice};
 

@@ -1,5 +1,6 @@
 // Moving a running tap from one device to another.
 
+#include "tests/core/engine/EngineNames.h"
 #include "tests/core/engine/TapOnSpeakersTest.h"
 
 #include <gmock/gmock.h>
@@ -15,9 +16,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
-
-constexpr auto pid = EngineRig::pid;
-constexpr OSStatus refusal = -4321;
 
 /// The tap's volume is 2.
 class RouteToDevice : public TapOnSpeakersTest {

@@ -1,4 +1,4 @@
-#include "tests/support/EngineRig.h"
+#include "tests/core/engine/EngineNames.h"
 #include "tests/support/RenderRig.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -20,8 +20,6 @@ using testing::StartsWith;
 
 using Samples = std::vector<float>;
 using Path = std::filesystem::path;
-
-constexpr auto pid = EngineRig::pid;
 
 std::string nameOf(const std::optional<Path>& path) {
     return path ? path->filename().string() : "none";

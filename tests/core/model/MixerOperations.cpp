@@ -26,7 +26,7 @@ Gen<float> anyValue() {
                             -12.0F, -40.0F, 1e-42F, 3.4e38F, -3.4e38F);
 }
 
-std::string text(const std::optional<std::string>& uid) {
+std::string deviceName(const std::optional<std::string>& uid) {
     return uid.value_or("the default");
 }
 
@@ -144,7 +144,7 @@ Gen<Operation> anyCommand() {
                  anyPID(), rc::gen::inRange<std::size_t>(0, compressors().size()))},
          {4, operation(
                  [](std::int32_t pid, const std::optional<std::string>& uid) {
-                     return fmt::format("routeApp {} to {}", pid, text(uid));
+                     return fmt::format("routeApp {} to {}", pid, deviceName(uid));
                  },
                  [](MixerWorld& world, std::int32_t pid, const std::optional<std::string>& uid) {
                      world.command([&](auto& mixer) { mixer.routeApp(pid, uid); });

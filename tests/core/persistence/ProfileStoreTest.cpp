@@ -15,7 +15,7 @@ using test::fullProfile;
 using test::plainProfile;
 using Profiles = std::vector<AudioProfile>;
 
-constexpr const char* kKey = "com.meridane.orvanta.audioProfiles";
+constexpr const char* kProfilesKey = "com.meridane.orvanta.audioProfiles";
 
 struct ProfileStoreTest : testing::Test {
     test::MemoryUserDefaults defaults;
@@ -34,7 +34,7 @@ TEST_F(ProfileStoreTest, IsEmptyAtAFirstStart) {
 TEST_F(ProfileStoreTest, StoresProfilesInTheOrderInWhichTheyCame) {
     store.save(plainProfile());
     store.save(fullProfile());
-    EXPECT_EQ(defaults.data(kKey), test::golden("stored-profiles.json"));
+    EXPECT_EQ(defaults.data(kProfilesKey), test::golden("stored-profiles.json"));
     EXPECT_EQ(stored(), (Profiles{plainProfile(), fullProfile()}));
 }
 
@@ -72,28 +72,29 @@ TEST_F(ProfileStoreTest, DeletesAProfileAndKeepsTheOrderOfTheOthers) {
 
 TEST_F(ProfileStoreTest, DeletesEveryProfileOfOneIdentity) {
     const std::string one = test::golden("profile-plain.json");
-    defaults.setData(kKey, "[" + one + "," + test::golden("profile-full.json") + "," + one + "]");
+    defaults.setData(kProfilesKey,
+                     "[" + one + "," + test::golden("profile-full.json") + "," + one + "]");
     store.deleteProfile(plainProfile().id);
     EXPECT_EQ(stored(), (Profiles{fullProfile()}));
 }
 
 TEST_F(ProfileStoreTest, StoresTheListAnewWhenThereIsNothingToDelete) {
     store.save(plainProfile(1));
-    const auto before = defaults.data(kKey);
+    const auto before = defaults.data(kProfilesKey);
     store.deleteProfile(plainProfile(2).id);
-    EXPECT_EQ(defaults.writes[kKey], 2);
-    EXPECT_EQ(defaults.data(kKey), before);
+    EXPECT_EQ(defaults.writes[kProfilesKey], 2);
+    EXPECT_EQ(defaults.data(kProfilesKey), before);
 }
 
 TEST_F(ProfileStoreTest, LosesAllToOneProfileThatCannotBeRead) {
     for (const char* broken : {"", "[", "{}", "[{}]", "[null]"}) {
-        defaults.setData(kKey, broken);
+        defaults.setData(kProfilesKey, broken);
         ProfileStore next(defaults);
         EXPECT_TRUE(next.loadAll().empty()) << broken;
         next.save(fullProfile());
         EXPECT_EQ(stored(), (Profiles{fullProfile()})) << broken;
     }
-    defaults.setData(kKey, "[" + test::golden("profile-plain.json") + ",{}]");
+    defaults.setData(kProfilesKey, "[" + test::golden("profile-plain.json") + ",{}]");
     EXPECT_TRUE(stored().empty());
 }
 

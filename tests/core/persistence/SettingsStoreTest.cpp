@@ -15,7 +15,7 @@ using test::fullSettings;
 using test::MemoryUserDefaults;
 using test::plainSettings;
 
-constexpr const char* kKey = "com.meridane.orvanta.appSettings";
+constexpr const char* kSettingsKey = "com.meridane.orvanta.appSettings";
 constexpr const char* kFlagKey = "com.meridane.orvanta.autoTapEnabled";
 
 struct SettingsStoreTest : testing::Test {
@@ -43,7 +43,7 @@ TEST_F(SettingsStoreTest, TellsAFlagThatIsOffFromOneThatWasNeverSet) {
 
 TEST_F(SettingsStoreTest, StoresTheFirstRecordAsAMapOfOne) {
     store.save("com.spotify.Client", plainSettings());
-    EXPECT_EQ(defaults.data(kKey), test::golden("stored-settings.json"));
+    EXPECT_EQ(defaults.data(kSettingsKey), test::golden("stored-settings.json"));
 }
 
 TEST_F(SettingsStoreTest, KeepsWhatWasStoredForOthers) {
@@ -70,27 +70,27 @@ TEST_F(SettingsStoreTest, RemovesARecordForGood) {
 
 TEST_F(SettingsStoreTest, StoresTheMapAnewWhenThereIsNothingToRemove) {
     store.save("a", plainSettings());
-    const auto before = defaults.data(kKey);
+    const auto before = defaults.data(kSettingsKey);
     store.remove("b");
-    EXPECT_EQ(defaults.writes[kKey], 2);
-    EXPECT_EQ(defaults.data(kKey), before);
+    EXPECT_EQ(defaults.writes[kSettingsKey], 2);
+    EXPECT_EQ(defaults.data(kSettingsKey), before);
 }
 
 TEST_F(SettingsStoreTest, StoresAnEmptyMapWhenTheFirstThingIsARemoval) {
     store.remove("a");
-    EXPECT_EQ(defaults.data(kKey), "{}");
+    EXPECT_EQ(defaults.data(kSettingsKey), "{}");
 }
 
 TEST_F(SettingsStoreTest, LosesAllToOneRecordThatCannotBeRead) {
     store.save("a", plainSettings());
     store.save("b", plainSettings());
-    std::string json = *defaults.data(kKey);
+    std::string json = *defaults.data(kSettingsKey);
     json.erase(json.rfind(R"(,"stereoWidth":1)"), std::string_view(R"(,"stereoWidth":1)").size());
-    defaults.setData(kKey, json);
+    defaults.setData(kSettingsKey, json);
 
     SettingsStore next(defaults);
     EXPECT_TRUE(next.loadAll().empty());
-    EXPECT_EQ(defaults.data(kKey), json) << "reading must not touch what is stored";
+    EXPECT_EQ(defaults.data(kSettingsKey), json) << "reading must not touch what is stored";
     next.save("c", fullSettings());
     EXPECT_EQ(stored(), (AppSettingsByKey{{"c", fullSettings()}}));
 }
@@ -105,10 +105,10 @@ TEST_F(SettingsStoreTest, NeverReadsWhatItKnowsAlready) {
     SettingsStore(defaults).save("a", plainSettings());
     EXPECT_EQ(store.load("a"), plainSettings());
     SettingsStore(defaults).save("a", fullSettings());
-    const int reads = defaults.reads[kKey];
+    const int reads = defaults.reads[kSettingsKey];
     EXPECT_EQ(store.load("a"), plainSettings());
     EXPECT_EQ(store.loadAll().size(), 1U);
-    EXPECT_EQ(defaults.reads[kKey], reads);
+    EXPECT_EQ(defaults.reads[kSettingsKey], reads);
 }
 
 TEST_F(SettingsStoreTest, GoesOnInMemoryWhenARecordHasNoJSON) {
@@ -126,11 +126,11 @@ TEST_F(SettingsStoreTest, GoesOnInMemoryWhenARecordHasNoJSON) {
 TEST_F(SettingsStoreTest, StoresNothingUnderANameThatIsNoText) {
     store.save("\xff", plainSettings());
     EXPECT_EQ(store.load("\xff"), plainSettings());
-    EXPECT_EQ(defaults.data(kKey), std::nullopt);
+    EXPECT_EQ(defaults.data(kSettingsKey), std::nullopt);
 }
 
 TEST_F(SettingsStoreTest, DoesNotTakeAValueOfAnotherKindForItsOwn) {
-    defaults.setString(kKey, R"({"a":1})");
+    defaults.setString(kSettingsKey, R"({"a":1})");
     EXPECT_TRUE(store.loadAll().empty());
     defaults.setString(kFlagKey, "yes");
     EXPECT_EQ(store.loadAutoTapEnabled(), false);

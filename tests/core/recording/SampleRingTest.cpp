@@ -21,9 +21,9 @@ using testing::IsEmpty;
 
 using Samples = std::vector<float>;
 
-constexpr std::int64_t capacity = SampleRing::bufferCapacity;
+constexpr std::int64_t ringCapacity = SampleRing::bufferCapacity;
 
-Samples ramp(std::int64_t count, float first = 0.0F) {
+Samples rampOf(std::int64_t count, float first = 0.0F) {
     Samples samples(static_cast<std::size_t>(count));
     std::iota(samples.begin(), samples.end(), first);
     return samples;
@@ -72,37 +72,37 @@ TEST_F(StereoRing, GivesAnInterleavedBlockBack) {
 }
 
 TEST_F(StereoRing, CanBeFilledToTheLastSample) {
-    EXPECT_TRUE(write(ramp(capacity - 10)));
-    EXPECT_TRUE(write(ramp(10, 5.0F))) << "exactly what is free";
-    EXPECT_EQ(ring.usedFrames(), capacity / 2);
+    EXPECT_TRUE(write(rampOf(ringCapacity - 10)));
+    EXPECT_TRUE(write(rampOf(10, 5.0F))) << "exactly what is free";
+    EXPECT_EQ(ring.usedFrames(), ringCapacity / 2);
     EXPECT_FALSE(write({1, 2})) << "full";
     const Samples all = readAll();
-    EXPECT_EQ(all[static_cast<std::size_t>(capacity) - 1], 14.0F);
-    EXPECT_TRUE(write(ramp(capacity))) << "the whole ring at once, when it is empty";
+    EXPECT_EQ(all[static_cast<std::size_t>(ringCapacity) - 1], 14.0F);
+    EXPECT_TRUE(write(rampOf(ringCapacity))) << "the whole ring at once, when it is empty";
 }
 
 TEST_F(StereoRing, DropsABlockThatDoesNotFitAsAWhole) {
-    ASSERT_TRUE(write(ramp(capacity - 10)));
-    EXPECT_FALSE(write(ramp(12)));
-    EXPECT_EQ(ring.usedFrames(), (capacity - 10) / 2) << "nothing partial is kept";
-    EXPECT_TRUE(write(ramp(10))) << "a smaller one still fits";
+    ASSERT_TRUE(write(rampOf(ringCapacity - 10)));
+    EXPECT_FALSE(write(rampOf(12)));
+    EXPECT_EQ(ring.usedFrames(), (ringCapacity - 10) / 2) << "nothing partial is kept";
+    EXPECT_TRUE(write(rampOf(10))) << "a smaller one still fits";
 }
 
 TEST_F(StereoRing, NeverTakesABlockLongerThanItself) {
     for (int round = 0; round < 3; ++round)
-        EXPECT_FALSE(write(ramp(300000)));
+        EXPECT_FALSE(write(rampOf(300000)));
     EXPECT_THAT(readAll(), IsEmpty());
 }
 
 TEST_F(StereoRing, ReadsABlockAcrossItsEndBackInOrder) {
-    write(ramp(capacity - 6));
+    write(rampOf(ringCapacity - 6));
     readAll();
-    write(ramp(20, 100.0F));
-    EXPECT_EQ(readAll(), ramp(20, 100.0F));
+    write(rampOf(20, 100.0F));
+    EXPECT_EQ(readAll(), rampOf(20, 100.0F));
 }
 
 TEST_F(StereoRing, ReadsAPlanarBlockAcrossItsEndBackInOrder) {
-    write(ramp(capacity - 6));
+    write(rampOf(ringCapacity - 6));
     readAll();
     writeChannel(0, {1, 3, 5, 7, 9});
     writeChannel(1, {2, 4, 6, 8, 10});
@@ -123,7 +123,7 @@ TEST_F(StereoRing, PublishesNothingWhenTheLastChannelNeverComes) {
 }
 
 TEST_F(StereoRing, MakesAChannelThatWasLeftOutSilent) {
-    write(ramp(capacity, 1.0F));
+    write(rampOf(ringCapacity, 1.0F));
     readAll();
     writeChannel(1, {2, 4});
     EXPECT_THAT(readAll(), ElementsAre(0, 2, 0, 4)) << "and not what was there a round ago";
@@ -138,9 +138,9 @@ TEST_F(StereoRing, IgnoresChannelsThatItDoesNotHave) {
 }
 
 TEST_F(StereoRing, TakesOrDropsAPlanarBlockWhole) {
-    ASSERT_TRUE(write(ramp(capacity - 2)));
+    ASSERT_TRUE(write(rampOf(ringCapacity - 2)));
     writeChannel(0, {1, 3});
-    ring.consume(capacity / 2 - 1); // room appears between the channels
+    ring.consume(ringCapacity / 2 - 1); // room appears between the channels
     writeChannel(1, {2, 4});
     EXPECT_THAT(readAll(), IsEmpty()) << "half a block would tear the frames";
     writeChannel(0, {5});
@@ -161,7 +161,7 @@ TEST_F(StereoRing, LosesTheRestOfABlockOfWhichAChannelWasPassedOver) {
 }
 
 TEST_F(StereoRing, EndsAShorterChannelInSilence) {
-    write(ramp(capacity, 1.0F));
+    write(rampOf(ringCapacity, 1.0F));
     readAll();
     writeChannel(0, {1});
     writeChannel(1, {2, 4, 6});
@@ -169,10 +169,10 @@ TEST_F(StereoRing, EndsAShorterChannelInSilence) {
 }
 
 TEST_F(StereoRing, AsksForRoomAgainWhenALaterChannelIsLonger) {
-    ASSERT_TRUE(write(ramp(capacity - 4)));
+    ASSERT_TRUE(write(rampOf(ringCapacity - 4)));
     writeChannel(0, {1, 3});
     writeChannel(1, {2, 4, 6});
-    EXPECT_EQ(ring.usedFrames(), (capacity - 4) / 2);
+    EXPECT_EQ(ring.usedFrames(), (ringCapacity - 4) / 2);
 }
 
 TEST_F(StereoRing, KeepsTheSampleOfAFrameThatIsNotWhole) {
@@ -220,7 +220,7 @@ TEST_F(StereoRing, KeepsEveryBit) {
 class PlainRing {
 public:
     void write(const Samples& samples) {
-        if (std::ssize(queue_) + std::ssize(samples) <= capacity)
+        if (std::ssize(queue_) + std::ssize(samples) <= ringCapacity)
             queue_.insert(queue_.end(), samples.begin(), samples.end());
     }
 
@@ -257,7 +257,7 @@ TEST_F(StereoRing, IsAQueueOfWholeBlocksInWhateverOrderItIsUsed) {
                 ASSERT_EQ(right[i], expected[2 * i + 1]);
             }
         } else {
-            const Samples block = ramp(2 * upTo(20000), next);
+            const Samples block = rampOf(2 * upTo(20000), next);
             next = std::fmod(next + 1000.0F, 1e6F);
             plain.write(block);
             if (action == 1) {
@@ -277,7 +277,7 @@ TEST_F(StereoRing, IsAQueueOfWholeBlocksInWhateverOrderItIsUsed) {
 TEST_F(StereoRing, LetsAWriteThatWasClearedAwayInItsMiddlePublishNothing) {
     constexpr int rounds = 2000;
     constexpr std::int64_t blockFrames = 50000;
-    const Samples block = ramp(2 * blockFrames);
+    const Samples block = rampOf(2 * blockFrames);
     std::atomic<int> begun = 0;
     std::atomic<int> ended = 0;
     std::thread producer([&] {
@@ -316,7 +316,7 @@ TEST(SampleRing, OfOneChannelPublishesEveryWrite) {
 
 TEST(SampleRing, OfThreeChannelsFillsAGapWithinABlockByNothingOld) {
     SampleRing ring(3);
-    const Samples old(static_cast<std::size_t>(capacity), 9.0F);
+    const Samples old(static_cast<std::size_t>(ringCapacity), 9.0F);
     ring.writeInterleavedSamples(old.data(), std::ssize(old));
     ring.clear();
     const Samples samples{5};

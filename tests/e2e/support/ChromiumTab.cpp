@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 namespace {
 
 /// A browser's start is the longest wait of all tests, longer still beside compilers.
-constexpr Seconds startBound{60};
+constexpr Seconds browserStartBound{60};
 
 /// The page asks five times a second for what it is told to do; a page read from a file may load
 /// nothing else but scripts.
@@ -73,7 +73,7 @@ pid_t ChromiumTab::awaitAudioProcess(const AudioGraph& graph) const {
                     found = helper;
             return found != 0;
         },
-        startBound);
+        browserStartBound);
     return found;
 }
 

@@ -17,6 +17,9 @@
 
 namespace orvanta::test {
 
+/// In frames of the private servers.
+inline constexpr std::size_t halfASecond = 24000;
+
 /// A private server with one stereo device, "speakers", which is the default.
 class EndToEndTest : public testing::Test {
 protected:

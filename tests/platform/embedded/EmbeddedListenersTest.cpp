@@ -19,7 +19,7 @@ using testing::SizeIs;
 
 using namespace std::chrono_literals;
 
-constexpr auto kSystem = kAudioObjectSystemObject;
+constexpr auto kSystemObject = kAudioObjectSystemObject;
 
 class EmbeddedListeners : public testing::Test {
 protected:
@@ -30,7 +30,7 @@ protected:
 };
 
 TEST_F(EmbeddedListeners, HearOfProgramsThatComeAndGo) {
-    listener.listen(server, kSystem, global(kAudioHardwarePropertyProcessObjectList));
+    listener.listen(server, kSystemObject, global(kAudioHardwarePropertyProcessObjectList));
     const auto player = server.addProgram({.pid = 101});
     EXPECT_THAT(listener.heard(), ElementsAre("1 prs#"));
     server.exitProgram(player);
@@ -62,9 +62,9 @@ TEST_F(EmbeddedListeners, HearOfVolumeAndRate) {
 }
 
 TEST_F(EmbeddedListeners, AreCalledByHandToo) {
-    listener.listen(server, kSystem, global(kAudioHardwarePropertyDefaultOutputDevice));
-    server.notify(kSystem, global(kAudioHardwarePropertyDefaultOutputDevice));
-    server.notify(kSystem, global(kAudioHardwarePropertyDevices));
+    listener.listen(server, kSystemObject, global(kAudioHardwarePropertyDefaultOutputDevice));
+    server.notify(kSystemObject, global(kAudioHardwarePropertyDefaultOutputDevice));
+    server.notify(kSystemObject, global(kAudioHardwarePropertyDevices));
     EXPECT_THAT(listener.heard(), ElementsAre("1 dOut"));
 }
 
@@ -73,19 +73,19 @@ TEST_F(EmbeddedListeners, NeedAnObjectWithThatProperty) {
               kAudioHardwareBadObjectError);
     EXPECT_EQ(listener.listen(server, speakers, global(kAudioHardwarePropertyDevices)),
               kAudioHardwareUnknownPropertyError);
-    EXPECT_EQ(server.addPropertyListener(kSystem, global(kAudioHardwarePropertyDevices), nullptr,
-                                         nullptr),
+    EXPECT_EQ(server.addPropertyListener(kSystemObject, global(kAudioHardwarePropertyDevices),
+                                         nullptr, nullptr),
               kAudioHardwareIllegalOperationError);
 }
 
 TEST_F(EmbeddedListeners, AddedTwiceHearOnceAndRemovedHearNoMore) {
     const auto devices = global(kAudioHardwarePropertyDevices);
-    EXPECT_EQ(listener.listen(server, kSystem, devices), noErr);
-    EXPECT_EQ(listener.listen(server, kSystem, devices), noErr);
+    EXPECT_EQ(listener.listen(server, kSystemObject, devices), noErr);
+    EXPECT_EQ(listener.listen(server, kSystemObject, devices), noErr);
     server.addDevice({});
     EXPECT_THAT(listener.heard(), SizeIs(1));
-    EXPECT_EQ(listener.stopListening(server, kSystem, devices), noErr);
-    EXPECT_EQ(listener.stopListening(server, kSystem, devices),
+    EXPECT_EQ(listener.stopListening(server, kSystemObject, devices), noErr);
+    EXPECT_EQ(listener.stopListening(server, kSystemObject, devices),
               kAudioHardwareIllegalOperationError);
     server.addDevice({});
     EXPECT_THAT(listener.heard(), IsEmpty());
@@ -112,7 +112,7 @@ TEST_F(EmbeddedListeners, MayAskTheServerBack) {
         self.devices = test::sizeOf(self.server, object, address).size / sizeof(AudioObjectID);
         return noErr;
     };
-    server.addPropertyListener(kSystem, global(kAudioHardwarePropertyDevices), ask, &asker);
+    server.addPropertyListener(kSystemObject, global(kAudioHardwarePropertyDevices), ask, &asker);
     server.addDevice({});
     EXPECT_EQ(asker.devices, 2U);
 }
@@ -130,7 +130,8 @@ TEST_F(EmbeddedListeners, MayRemoveThemselves) {
         }
     } once{server};
 
-    server.addPropertyListener(kSystem, global(kAudioHardwarePropertyDevices), &Once::hear, &once);
+    server.addPropertyListener(kSystemObject, global(kAudioHardwarePropertyDevices), &Once::hear,
+                               &once);
     server.addDevice({});
     server.addDevice({});
     EXPECT_EQ(once.calls, 1);
@@ -154,7 +155,7 @@ struct Slow {
 TEST_F(EmbeddedListeners, RemovalWaitsForACallInFlight) {
     Slow slow;
     const auto devices = global(kAudioHardwarePropertyDevices);
-    server.addPropertyListener(kSystem, devices, &Slow::hear, &slow);
+    server.addPropertyListener(kSystemObject, devices, &Slow::hear, &slow);
     std::thread changer([&] { server.addDevice({}); });
     slow.entered.get_future().wait();
     std::thread releaser([&] {
@@ -164,7 +165,7 @@ TEST_F(EmbeddedListeners, RemovalWaitsForACallInFlight) {
         slow.release.set_value();
     });
 
-    EXPECT_EQ(server.removePropertyListener(kSystem, devices, &Slow::hear, &slow), noErr);
+    EXPECT_EQ(server.removePropertyListener(kSystemObject, devices, &Slow::hear, &slow), noErr);
 
     EXPECT_TRUE(slow.left);
     changer.join();

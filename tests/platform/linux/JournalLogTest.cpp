@@ -61,7 +61,7 @@ std::uint64_t littleEndian(const std::string& bytes) {
 }
 
 /// The fields of one entry, read as the journal reads them.
-Fields parsed(std::string entry) {
+Fields fieldsOf(std::string entry) {
     Fields fields;
     while (!entry.empty()) {
         const std::size_t lineEnd = entry.find('\n');
@@ -84,7 +84,7 @@ class JournalLogTest : public ::testing::Test {
 protected:
     [[nodiscard]] Fields received(const FakeJournal& journal) {
         const auto datagram = journal.datagram();
-        return datagram ? parsed(*datagram) : Fields{};
+        return datagram ? fieldsOf(*datagram) : Fields{};
     }
 
     TemporaryDirectory folder_;

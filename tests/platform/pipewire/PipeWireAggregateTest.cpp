@@ -6,9 +6,6 @@
 namespace orvanta::test {
 namespace {
 
-constexpr AudioObjectPropertyAddress volume{kAudioDevicePropertyVolumeScalar,
-                                            kAudioObjectPropertyScopeOutput, 0};
-
 class PipeWireAggregate : public PipeWireTest {
 protected:
     void SetUp() override {
@@ -50,8 +47,8 @@ TEST_F(PipeWireAggregate, HasTwoChannelsInEachDirection) {
 TEST_F(PipeWireAggregate, NeverTouchesTheVolumeOfItsDevice) {
     const AudioObjectID device = awaitDevice("speakers");
     const float chosen = 0.4F;
-    ASSERT_TRUE(eventually(soon, [&] { return hardware().hasProperty(device, volume); }));
-    ASSERT_EQ(hardware().setPropertyData(device, volume, sizeof chosen, &chosen), noErr);
+    ASSERT_TRUE(eventually(soon, [&] { return hardware().hasProperty(device, mainVolume); }));
+    ASSERT_EQ(hardware().setPropertyData(device, mainVolume, sizeof chosen, &chosen), noErr);
     for (AudioObjectPropertyElement element = 0; element <= 2; ++element) {
         const AudioObjectPropertyAddress address{kAudioDevicePropertyVolumeScalar,
                                                  kAudioObjectPropertyScopeOutput, element};
@@ -63,7 +60,7 @@ TEST_F(PipeWireAggregate, NeverTouchesTheVolumeOfItsDevice) {
         EXPECT_NE(hardware().setPropertyData(tap_->aggregate(), address, sizeof full, &full),
                   noErr);
     }
-    EXPECT_NEAR(readFloat32(hardware(), device, volume).value_or(-1), chosen, 1e-6F);
+    EXPECT_NEAR(readFloat32(hardware(), device, mainVolume).value_or(-1), chosen, 1e-6F);
 }
 
 TEST_F(PipeWireAggregate, HasTheRateOfTheGraph) {

@@ -8,7 +8,7 @@
 namespace orvanta::test {
 namespace {
 
-constexpr AudioObjectPropertyAddress volume(AudioObjectPropertyElement element) {
+constexpr AudioObjectPropertyAddress volumeAddress(AudioObjectPropertyElement element) {
     return {kAudioDevicePropertyVolumeScalar, kAudioObjectPropertyScopeOutput, element};
 }
 
@@ -21,11 +21,11 @@ protected:
     }
 
     OSStatus setVolume(AudioObjectID device, AudioObjectPropertyElement element, float value) {
-        return hardware().setPropertyData(device, volume(element), sizeof value, &value);
+        return hardware().setPropertyData(device, volumeAddress(element), sizeof value, &value);
     }
 
     [[nodiscard]] float volumeOf(AudioObjectID device, AudioObjectPropertyElement element) {
-        return readFloat32(hardware(), device, volume(element)).value_or(-1.0F);
+        return readFloat32(hardware(), device, volumeAddress(element)).value_or(-1.0F);
     }
 };
 
@@ -78,7 +78,7 @@ TEST_F(PipeWireDevice, HasAVolumeThatFollowsTheCubeLaw) {
     const AudioObjectID device = awaitDevice("speakers");
     ASSERT_TRUE(eventually(soon, [&] { return volumeOf(device, 0) >= 0; }));
     bool settable = false;
-    EXPECT_EQ(hardware().isPropertySettable(device, volume(0), settable), noErr);
+    EXPECT_EQ(hardware().isPropertySettable(device, volumeAddress(0), settable), noErr);
     EXPECT_TRUE(settable);
     EXPECT_EQ(setVolume(device, 0, 0.5F), noErr);
     EXPECT_NEAR(volumeOf(device, 0), 0.5F, 1e-6F);
@@ -107,8 +107,8 @@ TEST_F(PipeWireDevice, RefusesWhatIsNoVolume) {
     EXPECT_NE(setVolume(device, 0, std::numeric_limits<float>::quiet_NaN()), noErr);
     EXPECT_NE(setVolume(device, 3, 0.5F), noErr);
     const float half = 0.5F;
-    EXPECT_NE(hardware().setPropertyData(device, volume(0), 2, &half), noErr);
-    EXPECT_NE(hardware().setPropertyData(device, volume(0), sizeof half, nullptr), noErr);
+    EXPECT_NE(hardware().setPropertyData(device, volumeAddress(0), 2, &half), noErr);
+    EXPECT_NE(hardware().setPropertyData(device, volumeAddress(0), sizeof half, nullptr), noErr);
     EXPECT_EQ(volumeOf(device, 0), before);
 }
 

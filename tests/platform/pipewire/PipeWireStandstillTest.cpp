@@ -8,9 +8,6 @@
 namespace orvanta::test {
 namespace {
 
-constexpr AudioObjectPropertyAddress volume{kAudioDevicePropertyVolumeScalar,
-                                            kAudioObjectPropertyScopeOutput, 0};
-
 /// A server that is there and says nothing. Not one call may wait for it without end, so all run on
 /// a thread of their own while the test watches them.
 class PipeWireStandstill : public PipeWireTest {
@@ -46,7 +43,7 @@ protected:
     }
 
     OSStatus setVolume(float value) {
-        return hardware().setPropertyData(device_, volume, sizeof value, &value);
+        return hardware().setPropertyData(device_, mainVolume, sizeof value, &value);
     }
 
     OSStatus listDevices() {
@@ -60,7 +57,7 @@ protected:
         process_ = ownProcess();
         device_ = awaitDevice("speakers");
         awaitPlaysTo(::getpid(), "speakers");
-        ASSERT_TRUE(eventually(soon, [&] { return hardware().hasProperty(device_, volume); }));
+        ASSERT_TRUE(eventually(soon, [&] { return hardware().hasProperty(device_, mainVolume); }));
     }
 
     static OSStatus heedless(AudioObjectID, const AudioObjectPropertyAddress&, void*) {

@@ -15,7 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kLargestSize = 1'048'576;
-constexpr fs::perms kUserAlone = fs::perms::owner_read | fs::perms::owner_write;
+constexpr fs::perms kLogOfUserAlone = fs::perms::owner_read | fs::perms::owner_write;
 
 class ActivityLogTest : public ::testing::Test {
 protected:
@@ -44,7 +44,7 @@ TEST_F(ActivityLogTest, AppendsTheTimeAndTheMessage) {
 
 TEST_F(ActivityLogTest, IsTheUsersAlone) {
     log_.write("");
-    EXPECT_EQ(fs::status(file_).permissions(), kUserAlone);
+    EXPECT_EQ(fs::status(file_).permissions(), kLogOfUserAlone);
 }
 
 TEST_F(ActivityLogTest, KeepsALogOfExactlyTheLargestSize) {
@@ -60,7 +60,7 @@ TEST_F(ActivityLogTest, MovesALogOfOneByteMoreAway) {
     log_.write("afresh\n");
     EXPECT_EQ(fs::file_size(old_), kLargestSize + 1);
     EXPECT_EQ(fileContent(file_), "[2026-11-21T12:34:56Z] afresh\n");
-    EXPECT_EQ(fs::status(file_).permissions(), kUserAlone);
+    EXPECT_EQ(fs::status(file_).permissions(), kLogOfUserAlone);
 }
 
 TEST_F(ActivityLogTest, MovesItInPlaceOfTheOneBefore) {

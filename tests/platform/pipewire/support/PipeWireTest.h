@@ -16,6 +16,9 @@
 
 namespace orvanta::test {
 
+inline constexpr AudioObjectPropertyAddress mainVolume{kAudioDevicePropertyVolumeScalar,
+                                                       kAudioObjectPropertyScopeOutput, 0};
+
 /// A private server with one device, "speakers", and the adaptor on it.
 class PipeWireTest : public testing::Test {
 protected:
