@@ -99,8 +99,8 @@ void NormalizationProcessor::measure(const float* buffer, std::size_t count) noe
 
 void NormalizationProcessor::closeWindow() noexcept {
     const float mean = std::max(rmsAccumulator_ / static_cast<float>(sampleCount_), kSmallestMean);
-    const float rms = std::max(std::sqrt(mean), kSmallestLevel);
-    const float level = 20.0F * std::log10(rms);
+    const float rootMeanSquare = std::max(std::sqrt(mean), kSmallestLevel);
+    const float level = 20.0F * std::log10(rootMeanSquare);
     const float most = maxCorrectionDB_.load();
     const float correction = std::max(-most, std::min(targetLUFS_.load() - level, most));
     // The bound is for settings beyond all sense: an infinite gain could never come back.
