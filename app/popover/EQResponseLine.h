@@ -4,12 +4,10 @@
 
 #include <vector>
 
-namespace orvanta {
-
 /// What the equaliser's line shows of ten gains, at a fixed rate of 48 kHz: a picture of the
 /// setting, whatever the device's rate is. Filters after R. Bristow-Johnson, "Cookbook formulae for
 /// audio EQ biquad filter coefficients".
-namespace eqResponseLine {
+namespace orvanta::eqResponseLine {
 
 /// The line spans so much up and down, in dB.
 inline constexpr double kReachDB = 12.0;
@@ -24,5 +22,4 @@ inline constexpr double kReachDB = 12.0;
 /// `height`. Beyond the drawing where the response is beyond the reach.
 [[nodiscard]] std::vector<double> heights(const EQPreset& preset, int width, double height);
 
-} // namespace eqResponseLine
-} // namespace orvanta
+} // namespace orvanta::eqResponseLine

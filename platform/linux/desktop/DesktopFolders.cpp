@@ -23,12 +23,6 @@ std::string variable(const char* name, const std::string& otherwise = {}) {
     return value != nullptr && *value != '\0' ? value : otherwise;
 }
 
-/// One way of writing a folder, so that the same folder is found to be the same.
-fs::path tidied(const fs::path& folder) {
-    const fs::path path = folder.lexically_normal();
-    return path.has_filename() ? path : path.parent_path();
-}
-
 /// Relative folders are to be ignored: what they mean depends on where a program was started.
 fs::path folderVariable(const char* name, const fs::path& otherwise) {
     const fs::path folder = variable(name);
@@ -61,6 +55,11 @@ std::vector<std::string> userLocales() {
 }
 
 } // namespace
+
+fs::path tidied(const fs::path& folder) {
+    const fs::path path = folder.lexically_normal();
+    return path.has_filename() ? path : path.parent_path();
+}
 
 DesktopFolders DesktopFolders::fromEnvironment() {
     DesktopFolders folders;

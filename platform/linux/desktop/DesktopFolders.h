@@ -27,4 +27,8 @@ struct DesktopFolders {
     [[nodiscard]] std::vector<std::filesystem::path> allDataFolders() const;
 };
 
+/// A folder in one way of writing it, without a slash at its end, so that the same folder is found
+/// to be the same.
+[[nodiscard]] std::filesystem::path tidied(const std::filesystem::path& folder);
+
 } // namespace orvanta

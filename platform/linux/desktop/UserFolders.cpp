@@ -36,12 +36,6 @@ std::optional<std::string> withoutQuotes(std::string_view value) {
     return std::nullopt;
 }
 
-/// Without a slash at its end, so that the same folder is found to be the same.
-fs::path tidied(const fs::path& folder) {
-    const fs::path path = folder.lexically_normal();
-    return path.has_filename() ? path : path.parent_path();
-}
-
 /// Nothing for what is no folder. An empty `home` is none.
 std::optional<fs::path> folderIn(std::string_view value, const fs::path& home) {
     constexpr std::string_view kHome = "$HOME";
