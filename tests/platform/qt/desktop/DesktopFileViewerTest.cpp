@@ -1,0 +1,102 @@
+#include "platform/qt/desktop/DesktopFileViewer.h"
+
+#include "tests/platform/qt/support/EventLoop.h"
+#include "tests/platform/qt/support/PrivateBus.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QStringList>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvanta::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr Seconds kAnswerBound{20.0};
+
+/// A file manager that keeps what it is shown.
+class FakeFileManager final : public QDBusVirtualObject {
+public:
+    explicit FakeFileManager(const PrivateBus& bus) : connection_(bus) {
+        const bool isThere =
+            connection_->registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"),
+                                               this) &&
+            connection_->registerService(QStringLiteral("org.freedesktop.FileManager1"));
+        EXPECT_TRUE(isThere);
+    }
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        if (message.member() != QLatin1String("ShowItems"))
+            return false;
+        for (const QString& address : message.arguments().at(0).toStringList())
+            shown.push_back(address.toStdString());
+        connection.send(message.createReply());
+        return true;
+    }
+
+    std::vector<std::string> shown;
+
+private:
+    BusConnection connection_;
+};
+
+class DesktopFileViewerTest : public testing::Test {
+protected:
+    DesktopFileViewerTest() {
+        startQt();
+        bus_.emplace();
+        own_.emplace(*bus_);
+    }
+
+    [[nodiscard]] DesktopFileViewer viewer() {
+        return {**own_, [this](const QString& address) {
+                    opened_.push_back(address.toStdString());
+                }};
+    }
+
+    std::optional<PrivateBus> bus_;
+    std::optional<BusConnection> own_;
+    std::vector<std::string> opened_;
+};
+
+TEST_F(DesktopFileViewerTest, ShowsTheFileInTheFileManager) {
+    FakeFileManager manager(*bus_);
+    viewer().activateFileViewerSelecting("/music/Orvanta Recordings/Vinyl_1.wav");
+    EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !manager.shown.empty(); }));
+    EXPECT_THAT(manager.shown, ElementsAre("file:///music/Orvanta%20Recordings/Vinyl_1.wav"));
+    EXPECT_TRUE(eventLoopComesToRest());
+    EXPECT_THAT(opened_, IsEmpty());
+}
+
+TEST_F(DesktopFileViewerTest, NamesAnyFileSoThatItIsFound) {
+    FakeFileManager manager(*bus_);
+    viewer().activateFileViewerSelecting("/music/100%_ünï#1?.wav");
+    EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !manager.shown.empty(); }));
+    EXPECT_THAT(manager.shown, ElementsAre("file:///music/100%25_%C3%BCn%C3%AF%231%3F.wav"));
+}
+
+TEST_F(DesktopFileViewerTest, OpensTheFolderWhereNoFileManagerAnswers) {
+    viewer().activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
+    EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !opened_.empty(); }));
+    EXPECT_THAT(opened_, ElementsAre("file:///music/Recordings"));
+}
+
+TEST_F(DesktopFileViewerTest, OpensTheFolderWithoutABus) {
+    DesktopFileViewer viewer(
+        QDBusConnection(QStringLiteral("no such bus")),
+        [this](const QString& address) { opened_.push_back(address.toStdString()); });
+    viewer.activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
+    EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !opened_.empty(); }));
+}
+
+} // namespace
+} // namespace orvanta::test
