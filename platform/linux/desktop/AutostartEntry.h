@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/platform/LoginItem.h"
+
+#include <filesystem>
+#include <string>
+
+namespace orvanta {
+
+/// A desktop entry among those that a session starts. (Desktop Application Autostart
+/// Specification 0.5, Desktop Entry Specification 1.5.)
+class AutostartEntry final : public LoginItem {
+public:
+    struct Program {
+        /// Names the entry's file, as in "com.example.player".
+        std::string identifier;
+        std::string name; ///< for people to read
+        /// Of the program itself; absolute.
+        std::filesystem::path executable;
+    };
+
+    /// `configHome` is the user's folder of settings.
+    AutostartEntry(const std::filesystem::path& configHome, Program program);
+
+    /// Whether the entry is there and not switched off, be it by the desktop's own settings.
+    [[nodiscard]] bool isRegistered() const override;
+
+    /// Writes the entry in one step: a session finds all of it or the one before.
+    std::optional<std::string> registerItem() override;
+    std::optional<std::string> unregisterItem() override;
+
+private:
+    [[nodiscard]] std::string entryText() const;
+
+    const std::filesystem::path file_;
+    const Program program_;
+};
+
+} // namespace orvanta
