@@ -1,0 +1,75 @@
+#include "app/update/VersionOrder.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+namespace orvanta {
+namespace {
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+bool isLetter(char character) {
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+}
+
+char lowerCase(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                : character;
+}
+
+/// A run of digits without leading zeros, or of letters; neither at the end of a version.
+struct Part {
+    std::string number;
+    std::string word;
+};
+
+/// Takes the part that begins behind separators off the front of `version`.
+Part takePart(std::string_view& version) {
+    while (!version.empty() && !isDigit(version.front()) && !isLetter(version.front()))
+        version.remove_prefix(1);
+    if (version.empty())
+        return {};
+    const auto isSameKind = isDigit(version.front()) ? isDigit : isLetter;
+    const auto length = static_cast<std::size_t>(
+        std::find_if_not(version.begin(), version.end(), isSameKind) - version.begin());
+    std::string text(version.substr(0, length));
+    version.remove_prefix(length);
+    if (isLetter(text.front())) {
+        std::ranges::transform(text, text.begin(), lowerCase);
+        return {.number = {}, .word = std::move(text)};
+    }
+    text.erase(0, text.find_first_not_of('0'));
+    return {.number = std::move(text), .word = {}};
+}
+
+std::weak_ordering compareNumbers(const std::string& a, const std::string& b) {
+    // Any length: without leading zeros the longer number is the greater one.
+    return a.size() != b.size() ? std::weak_ordering(a.size() <=> b.size())
+                                : std::weak_ordering(a <=> b);
+}
+
+std::weak_ordering compareParts(const Part& a, const Part& b) {
+    if (!a.word.empty() && !b.word.empty())
+        return a.word <=> b.word;
+    // A stage before the release comes before its number, and before its end.
+    if (a.word.empty() != b.word.empty())
+        return a.word.empty() ? std::weak_ordering::greater : std::weak_ordering::less;
+    return compareNumbers(a.number, b.number);
+}
+
+} // namespace
+
+std::weak_ordering compareVersions(std::string_view a, std::string_view b) {
+    while (!a.empty() || !b.empty()) {
+        const Part first = takePart(a);
+        const Part second = takePart(b);
+        if (const auto order = compareParts(first, second); order != 0)
+            return order;
+    }
+    return std::weak_ordering::equivalent;
+}
+
+} // namespace orvanta
