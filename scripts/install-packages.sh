@@ -9,7 +9,7 @@ build=(
     cmake g++ gcc ninja-build pkg-config
     libavcodec-dev libavformat-dev libavutil-dev
     libbenchmark-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
-    libpipewire-0.3-dev librapidcheck-dev libsndfile1-dev libspa-0.2-dev
+    libpipewire-0.3-dev librapidcheck-dev libsndfile1-dev libsodium-dev libspa-0.2-dev
     libsqlite3-dev libxcb1-dev nlohmann-json3-dev qt6-base-dev
 )
 # A private audio server, players that speak each of its protocols, and what draws a picture.
