@@ -7,7 +7,8 @@
 
 namespace orvanta {
 
-/// Turns any number of changes within one turn of the main queue into one update after them.
+/// Turns any number of changes within one turn of a queue into one update after them. Belongs to
+/// the queue's thread.
 class Coalescer {
 public:
     /// `queue` must outlive it; `update` is not called once it has gone.

@@ -15,8 +15,9 @@ struct RowExpansion {
     friend bool operator==(const RowExpansion&, const RowExpansion&) = default;
 };
 
-/// Which rows of the panel are unfolded, kept while rows come into view and go. Everything folds
-/// when the panel closes, and a row when its tap begins or ends.
+/// Which rows of the panel are unfolded, kept while rows scroll out of view and back. Its owner
+/// folds everything when the panel closes, and a row when its tap begins or ends or its application
+/// goes.
 class RowExpansions {
 public:
     [[nodiscard]] RowExpansion of(std::int32_t pid) const {

@@ -10,7 +10,8 @@
 
 namespace orvanta {
 
-/// What a row shows of its application, meters aside. Two that are equal look the same.
+/// What a row shows of its application, but for what moves by itself: its meters, its gate's state
+/// and the time that it has been recorded for. Two that are equal look the same.
 struct RowState {
     std::string name;
     IconRef icon;

@@ -20,14 +20,12 @@ std::string textOf(const QString& text) {
     return text.trimmed().toStdString();
 }
 
-/// Empty for anything but an address on the web.
+/// Empty for anything but an address on the web at which nobody can answer in another's place.
 std::string webAddress(const QString& text) {
     const QUrl address(text.trimmed(), QUrl::StrictMode);
-    const bool isOfTheWeb =
-        address.scheme() == QLatin1String("https") || address.scheme() == QLatin1String("http");
-    return address.isValid() && isOfTheWeb && !address.host().isEmpty()
-               ? address.toString(QUrl::FullyEncoded).toStdString()
-               : std::string();
+    const bool isSafe = address.isValid() && address.scheme() == QLatin1String("https") &&
+                        !address.host().isEmpty();
+    return isSafe ? address.toString(QUrl::FullyEncoded).toStdString() : std::string();
 }
 
 /// Reads one item after the other.
@@ -91,10 +89,14 @@ private:
             return textOf(attributes.value(QString(kNamespace), name).toString());
         };
         const auto system = attributes.value(QString(kNamespace), QLatin1String("os"));
-        isOffered_ = isOffered_ && (system.isEmpty() || system == kSystem);
-        item_.file = webAddress(attributes.value(QLatin1String("url")).toString());
-        item_.fileSize = std::max(attributes.value(QLatin1String("length")).toLongLong(), 0LL);
-        item_.signature = ours(QLatin1String("edSignature"));
+        if (!system.isEmpty() && system != kSystem)
+            return;
+        const std::string signature = ours(QLatin1String("edSignature"));
+        if (item_.file.empty() && !signature.empty()) {
+            item_.file = webAddress(attributes.value(QLatin1String("url")).toString());
+            item_.fileSize = std::max(attributes.value(QLatin1String("length")).toLongLong(), 0LL);
+            item_.signature = signature;
+        }
         // Older feeds name the versions here.
         if (item_.version.empty())
             item_.version = ours(QLatin1String("version"));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace orvanta {
 namespace {
@@ -21,13 +22,13 @@ char lowerCase(char character) {
 }
 
 /// A run of digits without leading zeros, or of letters; neither at the end of a version.
-struct Part {
+struct Piece {
     std::string number;
     std::string word;
 };
 
-/// Takes the part that begins behind separators off the front of `version`.
-Part takePart(std::string_view& version) {
+/// Takes the piece that begins behind separators off the front of `version`.
+Piece takePiece(std::string_view& version) {
     while (!version.empty() && !isDigit(version.front()) && !isLetter(version.front()))
         version.remove_prefix(1);
     if (version.empty())
@@ -45,13 +46,19 @@ Part takePart(std::string_view& version) {
     return {.number = std::move(text), .word = {}};
 }
 
+std::string_view withoutPrefix(std::string_view version) {
+    const bool isPrefixed =
+        version.size() > 1 && lowerCase(version.front()) == 'v' && isDigit(version[1]);
+    return isPrefixed ? version.substr(1) : version;
+}
+
 std::weak_ordering compareNumbers(const std::string& a, const std::string& b) {
     // Any length: without leading zeros the longer number is the greater one.
     return a.size() != b.size() ? std::weak_ordering(a.size() <=> b.size())
                                 : std::weak_ordering(a <=> b);
 }
 
-std::weak_ordering compareParts(const Part& a, const Part& b) {
+std::weak_ordering comparePieces(const Piece& a, const Piece& b) {
     if (!a.word.empty() && !b.word.empty())
         return a.word <=> b.word;
     // A stage before the release comes before its number, and before its end.
@@ -63,10 +70,12 @@ std::weak_ordering compareParts(const Part& a, const Part& b) {
 } // namespace
 
 std::weak_ordering compareVersions(std::string_view a, std::string_view b) {
+    a = withoutPrefix(a);
+    b = withoutPrefix(b);
     while (!a.empty() || !b.empty()) {
-        const Part first = takePart(a);
-        const Part second = takePart(b);
-        if (const auto order = compareParts(first, second); order != 0)
+        const Piece first = takePiece(a);
+        const Piece second = takePiece(b);
+        if (const auto order = comparePieces(first, second); order != 0)
             return order;
     }
     return std::weak_ordering::equivalent;

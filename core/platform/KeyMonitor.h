@@ -8,7 +8,7 @@ namespace orvanta {
 
 /// NSEvent, as far as keys go.
 struct KeyDownEvent {
-    /// NSEventModifierFlags: the keys that are held, in the high 16 bits.
+    /// NSEventModifierFlags: the keys that are held, from bit 16 on.
     std::uint64_t modifierFlags = 0;
     std::string charactersIgnoringModifiers;
 };

@@ -14,7 +14,8 @@ class TaskSchedule;
 /// A main queue on the thread of somebody else's event loop, which runs what is due.
 class DrivenRunLoop final : public RunLoop {
 public:
-    /// `firstChanged` is called, on any thread, when there is an earlier task than before.
+    /// `firstChanged` is called, on any thread, when there is an earlier task than before; it must
+    /// last for as long as another thread may post.
     explicit DrivenRunLoop(std::function<void()> firstChanged);
 
     /// Drops what waits. May come from a task.

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -68,8 +69,9 @@ std::optional<std::string> replaceFile(const fs::path& file, std::string_view te
     const fs::path written = file.string() + ".new";
     const Descriptor descriptor(
         open(written.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644));
-    const bool isWritten = descriptor.number() >= 0 && writeAll(descriptor.number(), text) &&
-                           fsync(descriptor.number()) == 0 &&
+    // Whatever the umask: a session may read it as somebody else.
+    const bool isWritten = descriptor.number() >= 0 && fchmod(descriptor.number(), 0644) == 0 &&
+                           writeAll(descriptor.number(), text) && fsync(descriptor.number()) == 0 &&
                            std::rename(written.c_str(), file.c_str()) == 0;
     if (isWritten)
         return std::nullopt;
@@ -93,7 +95,7 @@ bool AutostartEntry::isRegistered() const {
     while (const auto line = reader.next()) {
         if (line->group != "Desktop Entry")
             continue;
-        isOn = isOn || line->key == "Exec";
+        isOn = isOn || (line->key == "Exec" && line->value == command());
         const bool isSwitchedOff =
             (line->key == "Hidden" && line->value == "true") ||
             (line->key == "X-GNOME-Autostart-enabled" && line->value == "false");
@@ -114,15 +116,19 @@ std::optional<std::string> AutostartEntry::registerItem() {
 std::optional<std::string> AutostartEntry::unregisterItem() {
     std::error_code error;
     fs::remove(file_, error);
-    return error ? std::optional(error.message()) : std::nullopt;
+    const bool isGone = !error || error == std::errc::not_a_directory;
+    return isGone ? std::nullopt : std::optional(error.message());
+}
+
+std::string AutostartEntry::command() const {
+    return escaped(execArgument(program_.executable.string()));
 }
 
 std::string AutostartEntry::entryText() const {
     return "[Desktop Entry]\n"
            "Type=Application\n"
            "Name=" +
-           escaped(program_.name) +
-           "\nExec=" + escaped(execArgument(program_.executable.string())) +
+           escaped(program_.name) + "\nExec=" + command() +
            "\nIcon=" + escaped(program_.identifier) +
            "\nTerminal=false\n"
            "X-GNOME-Autostart-enabled=true\n";

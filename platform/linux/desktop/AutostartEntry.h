@@ -22,7 +22,8 @@ public:
     /// `configHome` is the user's folder of settings.
     AutostartEntry(const std::filesystem::path& configHome, Program program);
 
-    /// Whether the entry is there and not switched off, be it by the desktop's own settings.
+    /// Whether the entry is there, starts this program from where it is now, and is not switched
+    /// off by the desktop's own settings.
     [[nodiscard]] bool isRegistered() const override;
 
     /// Writes the entry in one step: a session finds all of it or the one before.
@@ -30,6 +31,8 @@ public:
     std::optional<std::string> unregisterItem() override;
 
 private:
+    /// The value of the key that says what to start.
+    [[nodiscard]] std::string command() const;
     [[nodiscard]] std::string entryText() const;
 
     const std::filesystem::path file_;

@@ -1,19 +1,19 @@
 #include "platform/qt/desktop/DesktopFileViewer.h"
 
+#include <QByteArray>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
-#include <QFile>
 #include <QStringList>
-#include <QUrl>
 #include <utility>
 
 namespace orvanta {
 namespace {
 
+/// Byte by byte: the name of a file need not be text in any encoding.
 QString addressOf(const std::filesystem::path& path) {
-    const QString name = QFile::decodeName(QByteArray::fromStdString(path.string()));
-    return QUrl::fromLocalFile(name).toString(QUrl::FullyEncoded);
+    const QByteArray name = QByteArray::fromStdString(path.native());
+    return QLatin1String("file://") + QLatin1String(name.toPercentEncoding("/"));
 }
 
 } // namespace
@@ -28,9 +28,8 @@ void DesktopFileViewer::activateFileViewerSelecting(const std::filesystem::path&
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     call << QStringList(addressOf(file)) << QString();
     const QDBusPendingCall answer = bus_.asyncCall(call);
-    const auto openFolder = [openAddress = openAddress_, folder = file.parent_path()] {
-        if (openAddress)
-            openAddress(addressOf(folder));
+    const auto openFolder = [this, folder = file.parent_path()] {
+        openAddress_(addressOf(folder));
     };
     // Without a bus the answer is there at once, and no watcher would be told of it.
     if (answer.isFinished()) {
@@ -38,8 +37,7 @@ void DesktopFileViewer::activateFileViewerSelecting(const std::filesystem::path&
             openFolder();
         return;
     }
-    // Owns itself until the answer.
-    auto* const watcher = new QDBusPendingCallWatcher(answer);
+    auto* const watcher = new QDBusPendingCallWatcher(answer, &questions_);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, openFolder] {
         if (watcher->isError())
             openFolder();

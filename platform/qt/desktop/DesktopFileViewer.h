@@ -3,13 +3,14 @@
 #include "core/platform/FileViewer.h"
 
 #include <QDBusConnection>
+#include <QObject>
 #include <QString>
 #include <functional>
 
 namespace orvanta {
 
 /// Asks the desktop's file manager over the session bus (org.freedesktop.FileManager1). Where none
-/// answers, the file's folder is opened as any address is.
+/// answers, the file's folder is opened as any address is; not after the viewer's end.
 class DesktopFileViewer final : public FileViewer {
 public:
     /// Opens an address; the toolkit's own way in the program.
@@ -22,6 +23,8 @@ public:
 private:
     QDBusConnection bus_;
     const OpenAddress openAddress_;
+    /// Owns the questions that are not answered yet.
+    QObject questions_;
 };
 
 } // namespace orvanta

@@ -1,6 +1,5 @@
 #include "platform/qt/eventloop/EventLoopPump.h"
 
-#include <QMetaObject>
 #include <QPointer>
 #include <algorithm>
 #include <chrono>
@@ -9,6 +8,8 @@
 
 namespace orvanta {
 namespace {
+
+constexpr std::chrono::milliseconds kTurnWithinATurn{10};
 
 /// Whole milliseconds, rounded up: a timer that fires early would only have to be set again. At
 /// most an hour, after which a turn without work does no harm.
@@ -25,16 +26,20 @@ EventLoopPump::EventLoopPump(std::function<std::optional<Seconds>()> turn)
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, &EventLoopPump::takeTurn);
+    connect(this, &EventLoopPump::woken, this, &EventLoopPump::takeTurn, Qt::QueuedConnection);
 }
 
 void EventLoopPump::wake() {
     if (!isWoken_.exchange(true))
-        QMetaObject::invokeMethod(this, &EventLoopPump::takeTurn, Qt::QueuedConnection);
+        Q_EMIT woken(QPrivateSignal());
 }
 
 void EventLoopPump::takeTurn() {
     // Before the turn: what is posted during it asks for another.
     isWoken_ = false;
+    // A task may run an event loop of its own, for a menu or a drag: what falls due then is not to
+    // wait for its end.
+    timer_.start(kTurnWithinATurn);
     const QPointer<EventLoopPump> self(this);
     const auto turn = turn_;
     const auto rest = turn();

@@ -22,6 +22,9 @@ public:
     /// A turn comes soon. From any thread; several calls before it are one.
     void wake();
 
+Q_SIGNALS:
+    void woken(QPrivateSignal);
+
 private:
     void takeTurn();
 

@@ -50,13 +50,40 @@ TEST(Appcast, TellsAllThatAnItemSays) {
 TEST(Appcast, TakesTheVersionsOfOlderFeeds) {
     const auto items =
         readAppcast(feed(R"(<item><enclosure url="https://mixer.example/m" sparkle:version="7"
-                sparkle:shortVersionString="0.7"/></item>)"));
+                sparkle:shortVersionString="0.7" sparkle:edSignature="c2ln"/></item>)"));
     ASSERT_TRUE(items);
     ASSERT_EQ(items->size(), 1U);
     EXPECT_EQ(items->front().version, "7");
     EXPECT_EQ(items->front().shortVersion, "0.7");
     EXPECT_EQ(items->front().fileSize, 0);
-    EXPECT_EQ(items->front().signature, "");
+    EXPECT_EQ(items->front().signature, "c2ln");
+}
+
+TEST(Appcast, OffersNoFileThatNobodyHasSigned) {
+    const std::string unsignedFile = R"(<enclosure url="https://mixer.example/m"/></item>)";
+    EXPECT_THAT(versionsIn(feed("<item><sparkle:version>5</sparkle:version>" + unsignedFile)),
+                IsEmpty());
+    const auto items = readAppcast(feed("<item><sparkle:version>5</sparkle:version>"
+                                        "<link>https://mixer.example/get</link>" +
+                                        unsignedFile));
+    ASSERT_TRUE(items);
+    ASSERT_EQ(items->size(), 1U);
+    EXPECT_EQ(items->front().file, "");
+    EXPECT_EQ(items->front().page, "https://mixer.example/get");
+}
+
+TEST(Appcast, TakesTheFirstFileForThisSystem) {
+    const auto file = [](const std::string& system, const std::string& name) {
+        return "<enclosure sparkle:os=\"" + system + "\" url=\"https://mixer.example/" + name +
+               "\" sparkle:edSignature=\"" + name + "\"/>";
+    };
+    const auto items =
+        readAppcast(feed("<item><sparkle:version>5</sparkle:version>" + file("macos", "a") +
+                         file("linux", "b") + file("linux", "c") + "</item>"));
+    ASSERT_TRUE(items);
+    ASSERT_EQ(items->size(), 1U);
+    EXPECT_EQ(items->front().file, "https://mixer.example/b");
+    EXPECT_EQ(items->front().signature, "b");
 }
 
 TEST(Appcast, OffersAPageWhereThereIsNoFile) {
@@ -73,7 +100,8 @@ TEST(Appcast, LeavesOutWhatIsForOthers) {
                 ElementsAre("1"));
     const auto forSystem = [](const std::string& system) {
         return feed(R"(<item><sparkle:version>5</sparkle:version><enclosure sparkle:os=")" +
-                    system + R"(" url="https://mixer.example/m"/></item>)");
+                    system +
+                    R"(" url="https://mixer.example/m" sparkle:edSignature="c2ln"/></item>)");
     };
     EXPECT_THAT(versionsIn(forSystem("linux")), ElementsAre("5"));
     EXPECT_THAT(versionsIn(forSystem("macos")), IsEmpty());
@@ -81,8 +109,9 @@ TEST(Appcast, LeavesOutWhatIsForOthers) {
 
 TEST(Appcast, LeavesOutWhatCannotBeGot) {
     for (const std::string address : {"file:///etc/passwd", "javascript:alert(1)",
-                                      "ftp://mixer.example/m", "mixer.tar.gz", "https:///m", ""}) {
-        EXPECT_THAT(versionsIn(feed("<item><sparkle:version>5</sparkle:version><enclosure url=\"" +
+                                      "http://mixer.example/m", "mixer.tar.gz", "https:///m", ""}) {
+        EXPECT_THAT(versionsIn(feed("<item><sparkle:version>5</sparkle:version><enclosure "
+                                    "sparkle:edSignature=\"c2ln\" url=\"" +
                                     address + "\"/></item>")),
                     IsEmpty())
             << address;

@@ -42,6 +42,8 @@ TEST(VersionOrder, TakesDifferentSpellingsForTheSame) {
     EXPECT_TRUE(std::is_eq(compareVersions("1.02", "1.2")));
     EXPECT_TRUE(std::is_eq(compareVersions("1.0-B1", "1.0b1")));
     EXPECT_TRUE(std::is_eq(compareVersions("1_0 (3)", "1.0.3")));
+    EXPECT_TRUE(std::is_eq(compareVersions("v1.2", "1.2")));
+    EXPECT_TRUE(std::is_eq(compareVersions("V2", "2.0")));
     EXPECT_TRUE(std::is_eq(compareVersions("", "")));
     EXPECT_TRUE(std::is_eq(compareVersions("", "0.0")));
     EXPECT_TRUE(std::is_eq(compareVersions("...", "")));

@@ -99,13 +99,22 @@ TEST_F(AutostartEntryTest, MayBeRegisteredAndUnregisteredTwice) {
 }
 
 TEST_F(AutostartEntryTest, CountsAsGoneWhenTheDesktopHasSwitchedItOff) {
-    write("Exec=mixer\nHidden=true\n");
+    write("Exec=\"/opt/mixer/bin/mixer\"\nHidden=true\n");
     EXPECT_FALSE(entry_.isRegistered());
-    write("X-GNOME-Autostart-enabled=false\nExec=mixer\n");
+    write("X-GNOME-Autostart-enabled=false\nExec=\"/opt/mixer/bin/mixer\"\n");
     EXPECT_FALSE(entry_.isRegistered());
-    write("Exec=mixer\nHidden=false\nX-GNOME-Autostart-enabled=true\n");
+    write("Exec=\"/opt/mixer/bin/mixer\"\nHidden=false\nX-GNOME-Autostart-enabled=true\n");
     EXPECT_TRUE(entry_.isRegistered());
-    write("Name=nothing to start\n[Other]\nExec=mixer\n");
+    write("Name=nothing to start\n[Other]\nExec=\"/opt/mixer/bin/mixer\"\n");
+    EXPECT_FALSE(entry_.isRegistered());
+}
+
+TEST_F(AutostartEntryTest, CountsAsGoneWhenTheProgramHasMoved) {
+    EXPECT_EQ(entry_.registerItem(), std::nullopt);
+    AutostartEntry moved = entryFor("/home/anna/mixer");
+    EXPECT_FALSE(moved.isRegistered());
+    EXPECT_EQ(moved.registerItem(), std::nullopt);
+    EXPECT_TRUE(moved.isRegistered());
     EXPECT_FALSE(entry_.isRegistered());
 }
 
@@ -115,6 +124,7 @@ TEST_F(AutostartEntryTest, SaysWhyItCouldNotBeRegistered) {
     ASSERT_TRUE(error);
     EXPECT_EQ(*error, "Not a directory");
     EXPECT_FALSE(entry_.isRegistered());
+    EXPECT_EQ(entry_.unregisterItem(), std::nullopt) << "it is as asked for";
 }
 
 TEST_F(AutostartEntryTest, KeepsTheOldEntryWhenTheDiskIsFull) {
@@ -128,6 +138,7 @@ TEST_F(AutostartEntryTest, KeepsTheOldEntryWhenTheDiskIsFull) {
     EXPECT_EQ(after.registerItem(), "No space left on device");
     EXPECT_THAT(fileContent(disk.path() / "autostart/m.desktop"), testing::HasSubstr("\"/old\""));
     EXPECT_TRUE(before.isRegistered());
+    EXPECT_FALSE(fs::exists(disk.path() / "autostart/m.desktop.new"));
 }
 
 } // namespace

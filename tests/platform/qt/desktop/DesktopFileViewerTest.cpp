@@ -55,22 +55,28 @@ protected:
         startQt();
         bus_.emplace();
         own_.emplace(*bus_);
+        viewer_.emplace(**own_, opening());
     }
 
-    [[nodiscard]] DesktopFileViewer viewer() {
-        return {**own_, [this](const QString& address) {
-                    opened_.push_back(address.toStdString());
-                }};
+    [[nodiscard]] DesktopFileViewer::OpenAddress opening() {
+        return [this](const QString& address) {
+            opened_.push_back(address.toStdString());
+        };
+    }
+
+    bool opensOne() {
+        return eventuallyInEventLoop(kAnswerBound, [&] { return !opened_.empty(); });
     }
 
     std::optional<PrivateBus> bus_;
     std::optional<BusConnection> own_;
     std::vector<std::string> opened_;
+    std::optional<DesktopFileViewer> viewer_;
 };
 
 TEST_F(DesktopFileViewerTest, ShowsTheFileInTheFileManager) {
     FakeFileManager manager(*bus_);
-    viewer().activateFileViewerSelecting("/music/Orvanta Recordings/Vinyl_1.wav");
+    viewer_->activateFileViewerSelecting("/music/Orvanta Recordings/Vinyl_1.wav");
     EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !manager.shown.empty(); }));
     EXPECT_THAT(manager.shown, ElementsAre("file:///music/Orvanta%20Recordings/Vinyl_1.wav"));
     EXPECT_TRUE(eventLoopComesToRest());
@@ -79,23 +85,29 @@ TEST_F(DesktopFileViewerTest, ShowsTheFileInTheFileManager) {
 
 TEST_F(DesktopFileViewerTest, NamesAnyFileSoThatItIsFound) {
     FakeFileManager manager(*bus_);
-    viewer().activateFileViewerSelecting("/music/100%_ünï#1?.wav");
+    viewer_->activateFileViewerSelecting("/music/100%_ünï#1?\xFF.wav");
     EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !manager.shown.empty(); }));
-    EXPECT_THAT(manager.shown, ElementsAre("file:///music/100%25_%C3%BCn%C3%AF%231%3F.wav"));
+    EXPECT_THAT(manager.shown, ElementsAre("file:///music/100%25_%C3%BCn%C3%AF%231%3F%FF.wav"));
 }
 
 TEST_F(DesktopFileViewerTest, OpensTheFolderWhereNoFileManagerAnswers) {
-    viewer().activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
-    EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !opened_.empty(); }));
+    viewer_->activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
+    EXPECT_TRUE(opensOne());
     EXPECT_THAT(opened_, ElementsAre("file:///music/Recordings"));
 }
 
 TEST_F(DesktopFileViewerTest, OpensTheFolderWithoutABus) {
-    DesktopFileViewer viewer(
-        QDBusConnection(QStringLiteral("no such bus")),
-        [this](const QString& address) { opened_.push_back(address.toStdString()); });
-    viewer.activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
-    EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !opened_.empty(); }));
+    viewer_.emplace(QDBusConnection(QStringLiteral("no such bus")), opening());
+    viewer_->activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
+    EXPECT_TRUE(opensOne());
+    EXPECT_THAT(opened_, ElementsAre("file:///music/Recordings"));
+}
+
+TEST_F(DesktopFileViewerTest, OpensNothingAfterItsEnd) {
+    viewer_->activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
+    viewer_.reset();
+    EXPECT_TRUE(eventLoopComesToRest());
+    EXPECT_THAT(opened_, IsEmpty());
 }
 
 } // namespace
