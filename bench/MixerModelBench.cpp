@@ -1,5 +1,6 @@
 // What the model costs the main thread: a tick of the meters, a refresh pass, a slider dragged.
 
+#include "bench/SampleRecord.h"
 #include "core/engine/AudioTapManager.h"
 #include "core/persistence/SettingsStore.h"
 #include "platform/linux/StandardErrorLog.h"
@@ -31,19 +32,6 @@ constexpr Seconds kTick{1.0 / 60.0};
 
 std::string keyOf(std::int32_t pid) {
     return "com.example.application" + std::to_string(pid);
-}
-
-AppSettings recordWith(bool isTapped) {
-    return {.volume = 0.8F,
-            .isMuted = false,
-            .isTapped = isTapped,
-            .eqPreset = EQPreset::rock,
-            .balance = -0.1F,
-            .compressorPreset = CompressorPreset::nightMode,
-            .limiterEnabled = true,
-            .normalizationEnabled = false,
-            .stereoWidth = 1.2F,
-            .crossfeedAmount = 0.3F};
 }
 
 /// A model whose timers and queues go by a clock that the benchmark advances.
@@ -146,7 +134,7 @@ void mixer_refresh(benchmark::State& state) {
     const auto store = std::make_shared<SettingsStore>(mixer.userDefaults);
     for (std::int32_t pid = kFirstMixedPID; pid < kFirstMixedPID + kApplications; ++pid) {
         mixer.list(pid, keyOf(pid), keyOf(pid));
-        store->save(keyOf(pid), recordWith(isTapped));
+        store->save(keyOf(pid), sampleRecord(0.8F, isTapped));
     }
     mixer.start(mixer.tapping, store);
     mixer.refresh();
@@ -175,7 +163,7 @@ void mixer_dragForAMinute(benchmark::State& state) {
     const auto store = std::make_shared<SettingsStore>(defaults);
     for (std::int32_t pid = kFirstMixedPID; pid < kFirstMixedPID + kApplications; ++pid) {
         mixer.list(pid, keyOf(pid), keyOf(pid));
-        store->save(keyOf(pid), recordWith(true));
+        store->save(keyOf(pid), sampleRecord(0.8F));
     }
     mixer.start(mixer.tapping, store);
     mixer.refresh();

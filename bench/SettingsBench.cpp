@@ -1,6 +1,7 @@
 // What keeping settings costs the main thread: 200 applications, each with an equaliser and a
 // compressor, in a real database.
 
+#include "bench/SampleRecord.h"
 #include "core/persistence/ProfileStore.h"
 #include "core/persistence/SettingsStore.h"
 #include "platform/linux/StandardErrorLog.h"
@@ -26,17 +27,9 @@ constexpr int kApplications = 200;
 constexpr int kSavesPerSecond = 60;
 
 AppSettings settingsOf(float volume) {
-    return {.volume = volume,
-            .isMuted = false,
-            .outputDeviceUID = "alsa_output.usb-0d8c_USB_Sound_Device-00.analog-stereo",
-            .isTapped = true,
-            .eqPreset = EQPreset::rock,
-            .balance = -0.1F,
-            .compressorPreset = CompressorPreset::nightMode,
-            .limiterEnabled = true,
-            .normalizationEnabled = false,
-            .stereoWidth = 1.2F,
-            .crossfeedAmount = 0.3F};
+    AppSettings settings = bench::sampleRecord(volume);
+    settings.outputDeviceUID = "alsa_output.usb-0d8c_USB_Sound_Device-00.analog-stereo";
+    return settings;
 }
 
 std::string keyOf(int application) {

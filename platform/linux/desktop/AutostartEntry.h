@@ -7,8 +7,8 @@
 
 namespace orvanta {
 
-/// A desktop entry among those that a session starts. (Desktop Application Autostart
-/// Specification 0.5, Desktop Entry Specification 1.5.)
+/// A desktop entry among those that a session starts, in the form that freedesktop.org publishes
+/// for both.
 class AutostartEntry final : public LoginItem {
 public:
     struct Program {
