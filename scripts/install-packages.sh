@@ -10,8 +10,17 @@ build=(
     libavcodec-dev libavformat-dev libavutil-dev
     libbenchmark-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
     libpipewire-0.3-dev librapidcheck-dev libsndfile1-dev libsodium-dev libspa-0.2-dev
-    libsqlite3-dev libxcb1-dev nlohmann-json3-dev qt6-base-dev
+    libsqlite3-dev libxcb1-dev nlohmann-json3-dev
+    qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools
+    # The compiler of the views looks at these too, or compiles nothing.
+    qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
+    qml6-module-qtquick qml6-module-qtquick-layouts qml6-module-qtquick-templates
+    qml6-module-qtquick-window
+    # What the views draw with.
+    fonts-inter libqt6svg6 python3 python3-fonttools
 )
+# Fetches assets. Somebody who has another build of it keeps that.
+command -v npm >/dev/null || build+=(npm)
 # A private audio server, players that speak each of its protocols, and what draws a picture.
 run=(
     libspa-0.2-modules pipewire pipewire-alsa pipewire-bin pipewire-jack pipewire-pulse wireplumber
@@ -23,6 +32,7 @@ run=(
 test=(
     ccache chromium clang-format ffmpeg git python3
     dbus openbox x11-xkb-utils xdotool xvfb
+    at-spi2-core gir1.2-atspi-2.0 python3-pyatspi qml6-module-qttest trayer x11-utils
 )
 full=(clang clang-tidy libclang-rt-dev llvm)
 # The other architecture: its compiler, and what runs its programs here.
