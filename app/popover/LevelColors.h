@@ -1,6 +1,7 @@
 #pragma once
 
-#include "app/themes/ThemePalette.h"
+#include <cstdint>
+#include <string_view>
 
 namespace orvanta {
 
@@ -9,24 +10,25 @@ inline constexpr double kGreenZone = 0.65;
 inline constexpr double kYellowZone = 0.20;
 inline constexpr double kRedZone = 0.15;
 
-/// Colour of a meter's fill at a level of 0 to 1.
-[[nodiscard]] constexpr const ThemeColor& levelColor(const ThemePalette& palette,
-                                                     double level) noexcept {
+/// What a meter's fill says of a level.
+enum class LevelZone : std::uint8_t { green, yellow, red };
+
+/// Zone of a level of 0 to 1.
+[[nodiscard]] constexpr LevelZone levelZone(double level) noexcept {
     if (level >= 0.85)
-        return palette.red;
-    return level > 0.6 ? palette.yellow : palette.green;
+        return LevelZone::red;
+    return level > 0.6 ? LevelZone::yellow : LevelZone::green;
 }
 
-/// Colour of a volume slider's fill at a linear volume of 0 to 2.
-[[nodiscard]] constexpr const ThemeColor& volumeColor(const ThemePalette& palette,
-                                                      float volume) noexcept {
+/// Field of `ThemePalette` that a volume slider's fill wears at a linear volume of 0 to 2.
+[[nodiscard]] constexpr std::string_view volumeColor(float volume) noexcept {
     if (volume > 1.5F)
-        return palette.red;
+        return "red";
     if (volume > 1.0F)
-        return palette.boostAmber;
+        return "boostAmber";
     if (volume > 0.8F)
-        return palette.warmOrange;
-    return volume > 0.5F ? palette.accent : palette.green;
+        return "warmOrange";
+    return volume > 0.5F ? "accent" : "green";
 }
 
 } // namespace orvanta

@@ -84,28 +84,26 @@ TEST(LevelBallistics, StaysOnItsScale) {
 }
 
 TEST(LevelColors, TurnYellowAboveAndRedFromTheirBounds) {
-    const ThemePalette& palette = ThemePalette::classic();
-    EXPECT_EQ(&levelColor(palette, 0.0), &palette.green);
-    EXPECT_EQ(&levelColor(palette, 0.6), &palette.green);
-    EXPECT_EQ(&levelColor(palette, 0.6001), &palette.yellow);
-    EXPECT_EQ(&levelColor(palette, 0.8499), &palette.yellow);
-    EXPECT_EQ(&levelColor(palette, 0.85), &palette.red);
-    EXPECT_EQ(&levelColor(palette, 1.0), &palette.red);
+    EXPECT_EQ(levelZone(0.0), LevelZone::green);
+    EXPECT_EQ(levelZone(0.6), LevelZone::green);
+    EXPECT_EQ(levelZone(0.6001), LevelZone::yellow);
+    EXPECT_EQ(levelZone(0.8499), LevelZone::yellow);
+    EXPECT_EQ(levelZone(0.85), LevelZone::red);
+    EXPECT_EQ(levelZone(1.0), LevelZone::red);
     EXPECT_DOUBLE_EQ(kGreenZone + kYellowZone + kRedZone, 1.0);
 }
 
 TEST(LevelColors, WarmAsTheVolumeRises) {
-    const ThemePalette& palette = ThemePalette::meridane();
-    EXPECT_EQ(&volumeColor(palette, 0.0F), &palette.green);
-    EXPECT_EQ(&volumeColor(palette, 0.5F), &palette.green);
-    EXPECT_EQ(&volumeColor(palette, 0.51F), &palette.accent);
-    EXPECT_EQ(&volumeColor(palette, 0.8F), &palette.accent);
-    EXPECT_EQ(&volumeColor(palette, 0.81F), &palette.warmOrange);
-    EXPECT_EQ(&volumeColor(palette, 1.0F), &palette.warmOrange);
-    EXPECT_EQ(&volumeColor(palette, 1.01F), &palette.boostAmber);
-    EXPECT_EQ(&volumeColor(palette, 1.5F), &palette.boostAmber);
-    EXPECT_EQ(&volumeColor(palette, 1.51F), &palette.red);
-    EXPECT_EQ(&volumeColor(palette, 2.0F), &palette.red);
+    EXPECT_EQ(volumeColor(0.0F), "green");
+    EXPECT_EQ(volumeColor(0.5F), "green");
+    EXPECT_EQ(volumeColor(0.51F), "accent");
+    EXPECT_EQ(volumeColor(0.8F), "accent");
+    EXPECT_EQ(volumeColor(0.81F), "warmOrange");
+    EXPECT_EQ(volumeColor(1.0F), "warmOrange");
+    EXPECT_EQ(volumeColor(1.01F), "boostAmber");
+    EXPECT_EQ(volumeColor(1.5F), "boostAmber");
+    EXPECT_EQ(volumeColor(1.51F), "red");
+    EXPECT_EQ(volumeColor(2.0F), "red");
 }
 
 } // namespace

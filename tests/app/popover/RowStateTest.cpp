@@ -1,6 +1,5 @@
 #include "app/popover/RowState.h"
 
-#include "app/popover/RowExpansions.h"
 #include "tests/support/model/ModelRig.h"
 
 #include <gtest/gtest.h>
@@ -64,20 +63,6 @@ TEST_F(RowStateTest, IsEqualWhileNothingThatItShowsChanges) {
     EXPECT_EQ(state(), before);
     rig_.model->setVolume(10, 0.99F);
     EXPECT_NE(state(), before);
-}
-
-TEST(RowExpansions, UnfoldEachRowByItself) {
-    RowExpansions rows;
-    EXPECT_EQ(rows.of(1), RowExpansion{});
-    rows.set(1, {.isEQExpanded = true, .isAdvancedEQ = true});
-    rows.set(2, {.isCompressorAdvanced = true});
-    EXPECT_TRUE(rows.of(1).isAdvancedEQ);
-    EXPECT_FALSE(rows.of(2).isEQExpanded);
-    rows.fold(1);
-    EXPECT_EQ(rows.of(1), RowExpansion{});
-    EXPECT_TRUE(rows.of(2).isCompressorAdvanced);
-    rows.foldAll();
-    EXPECT_EQ(rows.of(2), RowExpansion{});
 }
 
 } // namespace

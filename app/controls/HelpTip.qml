@@ -1,0 +1,36 @@
+import QtQuick
+import QtQuick.Templates as T
+import Orvanta
+
+/// What a control does, when the pointer rests on it.
+T.ToolTip {
+    id: tip
+
+    property bool isAsked: false
+
+    delay: 700
+    visible: isAsked && text !== ""
+    x: parent ? Math.round((parent.width - width) / 2) : 0
+    y: -height - 6
+    margins: 6
+    padding: 6
+    leftPadding: 8
+    rightPadding: 8
+    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    closePolicy: T.Popup.NoAutoClose
+
+    contentItem: Text {
+        text: tip.text
+        color: Theme.text1
+        font: Theme.smallControl
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+
+    background: Rectangle {
+        color: Theme.menu
+        radius: Theme.radius
+        border.color: Theme.line2
+    }
+}

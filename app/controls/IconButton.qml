@@ -1,0 +1,49 @@
+import QtQuick
+import Orvanta
+
+/// A bare symbol that can be pressed. Lit, it stands on a tile of its colour.
+ButtonBase {
+    id: button
+
+    required property string symbol
+    property int size: 17
+    property bool isLit: false
+    property color tint: Theme.accent
+    property color restColor: Theme.text3
+    property real radius: Theme.radius
+    /// Stands on the control plane also at rest.
+    property bool hasPlane: false
+    property real symbolOpacity: 1
+
+    implicitWidth: 24
+    implicitHeight: 24
+
+    contentItem: Item {
+        SymbolGlyph {
+            anchors.centerIn: parent
+            name: button.symbol
+            size: button.size
+            opacity: button.symbolOpacity
+            color: button.isLit ? button.tint
+                                : button.hovered && !button.down ? Theme.text1 : button.restColor
+        }
+    }
+
+    background: Rectangle {
+        radius: button.radius
+        color: button.isLit ? Theme.withOpacity(button.tint, Palette.isHighContrast ? 0.35 : 0.18)
+                            : button.hasPlane ? (button.down ? Theme.controlPressed
+                                                 : button.hovered ? Theme.controlHover : Theme.control)
+                            : button.hovered ? Theme.symbolHover : Theme.white(0)
+        border.width: button.hasPlane ? 1 : 0
+        border.color: Theme.line1
+
+        Behavior on color { HoverFade {} }
+
+        FocusRing {
+            control: parent
+            radius: button.radius + 4
+            isShown: button.visualFocus
+        }
+    }
+}

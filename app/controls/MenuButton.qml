@@ -1,0 +1,53 @@
+import QtQuick
+import Orvanta
+
+/// Shows what is chosen and opens the menu to choose from.
+ButtonBase {
+    id: button
+
+    property bool isSmall: false
+    required property PopupMenu menu
+
+    implicitHeight: isSmall ? 20 : 22
+    Accessible.role: Accessible.ButtonMenu
+    onClicked: menu.openFor(button)
+
+    contentItem: Item {
+        Text {
+            anchors.left: parent.left
+            anchors.leftMargin: 9
+            anchors.right: chevron.left
+            anchors.rightMargin: 4
+            anchors.verticalCenter: parent.verticalCenter
+            text: button.text
+            color: button.down ? Theme.text2 : Theme.text1
+            font: button.isSmall ? Theme.smallControl : Theme.controlText
+            elide: Text.ElideRight
+            horizontalAlignment: Text.AlignLeft
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+        SymbolGlyph {
+            id: chevron
+
+            anchors.right: parent.right
+            anchors.rightMargin: 6
+            anchors.verticalCenter: parent.verticalCenter
+            name: "chevron.up.chevron.down"
+            size: 9
+            color: Theme.text3
+        }
+    }
+
+    background: ControlPlane {
+        radius: button.isSmall ? Theme.radiusSmall : Theme.radius
+        isHovered: button.hovered || button.menu.visible
+        isPressed: button.down
+
+        FocusRing {
+            control: parent
+            radius: Theme.radius + 4
+            isShown: button.visualFocus
+        }
+    }
+}

@@ -1,0 +1,54 @@
+import QtQuick
+import QtQuick.Templates as T
+import Orvanta
+
+/// A menu over the window it belongs to. As wide as its longest entry, and scrolls when it is higher
+/// than the window.
+T.Menu {
+    id: menu
+
+    property real widest: 0
+
+    padding: 5
+    margins: 6
+    implicitWidth: Math.max(widest, 120) + leftPadding + rightPadding
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+
+    function openFor(button: Item) {
+        parent = button;
+        popup(button, button.width - width, button.height + 2);
+    }
+
+    function fit(entry: Item) {
+        widest = Math.max(widest, entry.implicitWidth);
+    }
+
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        model: menu.contentModel
+        currentIndex: menu.currentIndex
+        interactive: contentHeight > height
+        clip: interactive
+        keyNavigationEnabled: false
+        boundsBehavior: Flickable.StopAtBounds
+    }
+
+    background: Item {
+        BorderImage {
+            anchors.fill: parent
+            anchors.margins: -32
+            anchors.topMargin: -20
+            anchors.bottomMargin: -44
+            source: "image://shadow/32/10/0.55"
+            border { left: 44; right: 44; top: 44; bottom: 44 }
+        }
+        Rectangle {
+            anchors.fill: parent
+            radius: Theme.radiusCard
+            color: Theme.menu
+            border.color: Theme.line2
+        }
+    }
+}

@@ -1,0 +1,67 @@
+import QtQuick
+import Orvanta
+
+/// The one way on: filled with the accent, one in a window.
+ButtonBase {
+    id: button
+
+    property string leadingSymbol: ""
+    property string trailingSymbol: ""
+
+    implicitWidth: content.implicitWidth + 2 * 20
+    implicitHeight: 36
+
+    contentItem: Item {
+        Row {
+            id: content
+
+            anchors.centerIn: parent
+            spacing: 8
+
+            SymbolGlyph {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.leadingSymbol !== ""
+                name: button.leadingSymbol
+                size: 14
+                color: Theme.ink
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: button.text
+                color: Theme.ink
+                font.family: Theme.family
+                font.pixelSize: 13
+                font.weight: Font.DemiBold
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+            SymbolGlyph {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.trailingSymbol !== ""
+                name: button.trailingSymbol
+                size: 12
+                color: Theme.ink
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusPrimary
+        color: button.down ? Theme.mix(Theme.accent, "#000000", 0.15)
+                           : button.hovered ? Theme.mix(Theme.accent, "#FFFFFF", 0.15) : Theme.accent
+
+        Rectangle {
+            x: Theme.radiusPrimary
+            y: 1
+            width: parent.width - 2 * Theme.radiusPrimary
+            height: 1
+            color: Theme.white(0.25)
+        }
+
+        FocusRing {
+            control: parent
+            radius: Theme.radiusPrimary + 4
+            isShown: button.visualFocus
+        }
+    }
+}

@@ -1,0 +1,66 @@
+import QtQuick
+import Orvanta
+
+/// A button on the control plane. Lit, it wears the colour of what it has switched on.
+ButtonBase {
+    id: button
+
+    property bool isSmall: false
+    property bool isLit: false
+    property color tint: Theme.accent
+    property string symbol: ""
+    property color symbolColor: Theme.text3
+    property real radius: isSmall ? Theme.radiusSmall : Theme.radius
+    /// Behind the text, as menus have.
+    property string trailingSymbol: ""
+
+    implicitWidth: content.implicitWidth + 2 * (isSmall ? 7 : 9)
+    implicitHeight: isSmall ? 20 : 24
+
+    contentItem: Item {
+        Row {
+            id: content
+
+            anchors.centerIn: parent
+            spacing: button.isSmall ? 4 : 5
+
+            SymbolGlyph {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.symbol !== ""
+                name: button.symbol
+                size: button.isSmall ? 11 : 12
+                color: button.isLit ? button.tint : button.symbolColor
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: button.text
+                color: button.isLit ? Theme.mix(button.tint, "#FFFFFF", 0.3)
+                                    : button.down ? Theme.text2 : Theme.text1
+                font: button.isSmall ? Theme.smallControl : Theme.controlText
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+            SymbolGlyph {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.trailingSymbol !== ""
+                name: button.trailingSymbol
+                size: 9
+                color: Theme.text3
+            }
+        }
+    }
+
+    background: ControlPlane {
+        radius: button.radius
+        isHovered: button.hovered
+        isPressed: button.down
+        isLit: button.isLit
+        tint: button.tint
+
+        FocusRing {
+            control: parent
+            radius: button.radius + 4
+            isShown: button.visualFocus
+        }
+    }
+}

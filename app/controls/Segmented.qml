@@ -1,0 +1,75 @@
+import QtQuick
+import Orvanta
+
+/// One of a few, side by side in a well. Arrows go to the neighbour.
+Rectangle {
+    id: picker
+
+    property var names: []
+    property int chosen: 0
+    property string label: ""
+
+    signal chose(int index)
+
+    implicitWidth: row.implicitWidth + 4
+    implicitHeight: 26
+    radius: 7
+    color: Theme.well
+    border.color: Theme.line1
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: label
+
+    Row {
+        id: row
+
+        x: 2
+        y: 2
+
+        Repeater {
+            model: picker.names
+
+            ButtonBase {
+                id: segment
+
+                required property int index
+                required property string modelData
+                readonly property bool isChosen: index === picker.chosen
+
+                text: modelData
+                implicitWidth: content.implicitWidth + 24
+                implicitHeight: 22
+                Accessible.role: Accessible.RadioButton
+                Accessible.checkable: true
+                Accessible.checked: isChosen
+                Keys.onLeftPressed: picker.chose(Math.max(0, picker.chosen - 1))
+                Keys.onRightPressed: picker.chose(Math.min(picker.names.length - 1, picker.chosen + 1))
+                onClicked: picker.chose(index)
+
+                contentItem: Text {
+                    id: content
+
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    text: segment.text
+                    color: segment.isChosen ? Theme.accentSecondary
+                                            : segment.hovered ? Theme.text1 : Theme.text2
+                    font.family: Theme.family
+                    font.pixelSize: 11
+                    font.weight: segment.isChosen ? Font.DemiBold : Font.Medium
+                    Accessible.ignored: true
+                }
+
+                background: Rectangle {
+                    radius: Theme.radiusSmall
+                    color: segment.isChosen ? Theme.controlHover : Theme.white(0)
+
+                    FocusRing {
+                        control: parent
+                        radius: Theme.radiusSmall + 4
+                        isShown: segment.visualFocus
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,188 @@
+import QtQuick
+import QtQuick.Templates as T
+import Orvanta
+
+/// The hand's side of every slider. One hand at a time: while it holds the cap, what the model says
+/// waits. A move by key, wheel or an assistive tool is a drag of one step. Looks are for those made
+/// of it; they place the cap by `share` and tell where its travel begins and ends.
+T.Control {
+    id: slider
+
+    /// What the model has.
+    property real modelValue: 0
+    property real minimumValue: 0
+    property real maximumValue: 1
+    property real stepSize: 0.01
+    property bool isVertical: false
+    /// Ends of the way that the cap's middle goes, along the slider.
+    property real travelStart: 0
+    property real travelEnd: isVertical ? height : width
+
+    property string label: ""
+    /// The value in words.
+    property string valueText: ""
+
+    /// As shown. An assistive tool writes it.
+    property real value: 0
+    readonly property real share: (value - minimumValue) / (maximumValue - minimumValue)
+    readonly property real capPosition: travelStart + (isVertical ? 1 - share : share) * (travelEnd - travelStart)
+    readonly property bool isHeld: area.pressed
+    readonly property bool isHovered: area.containsMouse
+
+    signal began()
+    signal moved(real value)
+    signal ended()
+
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : Theme.disabled
+
+    Accessible.role: Accessible.Slider
+    Accessible.name: label
+    Accessible.description: valueText
+    Accessible.onIncreaseAction: step(1)
+    Accessible.onDecreaseAction: step(-1)
+
+    Keys.onPressed: event => {
+        const steps = slider.stepsOf(event.key);
+        if (steps === 0)
+            return;
+        event.accepted = true;
+        slider.step(steps);
+    }
+
+    onModelValueChanged: show(modelValue)
+    onValueChanged: {
+        if (!inner.isWriting)
+            moveTo(value);
+    }
+    Component.onCompleted: show(modelValue)
+
+    QtObject {
+        id: inner
+
+        property bool isWriting: false
+        /// From the pointer to the cap's middle.
+        property real grip: 0
+        property real wheel: 0
+    }
+
+    /// What the model has is shown again when a hand's move has come to nothing there.
+    Timer {
+        id: settling
+
+        interval: 150
+        onTriggered: slider.show(slider.modelValue)
+    }
+
+    function show(next: real) {
+        if (!area.pressed)
+            write(next);
+    }
+
+    function write(next: real) {
+        inner.isWriting = true;
+        value = next;
+        inner.isWriting = false;
+    }
+
+    function snapped(next: real): real {
+        const steps = Math.round((next - minimumValue) / stepSize);
+        return Math.min(Math.max(minimumValue + steps * stepSize, minimumValue), maximumValue);
+    }
+
+    function stepsOf(key: int): int {
+        const all = Math.round((maximumValue - minimumValue) / stepSize);
+        switch (key) {
+        case Qt.Key_Right:
+        case Qt.Key_Up:
+            return 1;
+        case Qt.Key_Left:
+        case Qt.Key_Down:
+            return -1;
+        case Qt.Key_PageUp:
+            return 10;
+        case Qt.Key_PageDown:
+            return -10;
+        case Qt.Key_Home:
+            return -all;
+        case Qt.Key_End:
+            return all;
+        }
+        return 0;
+    }
+
+    function step(steps: int) {
+        moveTo(value + steps * stepSize);
+    }
+
+    function moveTo(next: real) {
+        began();
+        write(snapped(next));
+        moved(value);
+        ended();
+        settling.restart();
+    }
+
+    function drag(position: real) {
+        const along = (position + inner.grip - travelStart) / (travelEnd - travelStart);
+        const next = snapped(minimumValue + (isVertical ? 1 - along : along) * (maximumValue - minimumValue));
+        if (next === value)
+            return;
+        write(next);
+        moved(next);
+    }
+
+    MouseArea {
+        id: area
+
+        readonly property real capReach: 8
+
+        // No smaller than a finger's aim, whatever the slider's look.
+        anchors.fill: parent
+        anchors.topMargin: Math.min(0, (parent.height - 24) / 2)
+        anchors.bottomMargin: anchors.topMargin
+        anchors.leftMargin: Math.min(0, (parent.width - 24) / 2)
+        anchors.rightMargin: anchors.leftMargin
+        hoverEnabled: true
+        preventStealing: true
+
+        function along(mouse: var): real {
+            return slider.isVertical ? mouse.y + anchors.topMargin : mouse.x + anchors.leftMargin;
+        }
+
+        onPressed: mouse => {
+            slider.forceActiveFocus(Qt.MouseFocusReason);
+            const position = along(mouse);
+            const offset = slider.capPosition - position;
+            inner.grip = Math.abs(offset) <= capReach ? offset : 0;
+            slider.began();
+            slider.drag(position);
+        }
+        onPositionChanged: mouse => {
+            if (pressed)
+                slider.drag(along(mouse));
+        }
+        onReleased: finish()
+        onCanceled: finish()
+
+        function finish() {
+            slider.ended();
+            settling.restart();
+        }
+
+        onWheel: wheel => {
+            const view = slider.ListView.view;
+            if (wheel.angleDelta.y === 0) {
+                wheel.accepted = false;
+                return;
+            }
+            inner.wheel += wheel.angleDelta.y;
+            const steps = Math.trunc(inner.wheel / 120);
+            if (steps === 0)
+                return;
+            inner.wheel -= steps * 120;
+            slider.step(steps);
+        }
+    }
+}

@@ -1,0 +1,147 @@
+#include "app/drawing/LevelMeter.h"
+
+#include <QQuickWindow>
+#include <QSGRectangleNode>
+#include <array>
+#include <cmath>
+
+namespace orvanta {
+namespace {
+
+/// A fill is flat colours: from the left it warms in so many steps.
+constexpr std::array kFillOpacities{0.70F, 0.80F, 0.90F, 1.0F};
+constexpr std::array kRecordingOpacities{0.7F, 0.7F, 0.9F, 1.0F};
+constexpr double kInset = 1.0;
+constexpr double kGap = 1.0;
+
+QColor withOpacity(QColor color, float opacity) {
+    color.setAlphaF(opacity);
+    return color;
+}
+
+/// What the meter is made of, from back to front.
+struct MeterNode final : QSGNode {
+    explicit MeterNode(QQuickWindow& window) {
+        for (auto& zone : zones)
+            zone = append(window);
+        for (auto& step : fill)
+            step = append(window);
+        for (auto& gap : gaps)
+            gap = append(window);
+    }
+
+    QSGRectangleNode* append(QQuickWindow& window) {
+        auto* const node = window.createRectangleNode();
+        appendChildNode(node);
+        return node;
+    }
+
+    std::array<QSGRectangleNode*, 3> zones{};
+    std::array<QSGRectangleNode*, kFillOpacities.size()> fill{};
+    std::array<QSGRectangleNode*, 2> gaps{};
+};
+
+void place(QSGRectangleNode& node, const QRectF& rectangle, const QColor& color) {
+    node.setRect(rectangle);
+    node.setColor(color);
+}
+
+} // namespace
+
+LevelMeter::LevelMeter(QQuickItem* parent) : QQuickItem(parent) {
+    setFlag(ItemHasContents);
+    connect(this, &LevelMeter::lookChanged, this, &QQuickItem::update);
+}
+
+void LevelMeter::setApp(AppItem* app) {
+    if (app == app_)
+        return;
+    app_ = app;
+    // Another application's meter begins at rest.
+    ballistics_ = {};
+    start();
+    update();
+    Q_EMIT appChanged();
+}
+
+void LevelMeter::setClock(LevelClock* clock) {
+    if (clock == clock_)
+        return;
+    if (clock_)
+        disconnect(clock_, nullptr, this, nullptr);
+    clock_ = clock;
+    if (clock_)
+        connect(clock_, &LevelClock::ticked, this, &LevelMeter::tick);
+    start();
+    Q_EMIT clockChanged();
+}
+
+void LevelMeter::itemChange(ItemChange change, const ItemChangeData& data) {
+    if (change == ItemVisibleHasChanged && data.boolValue)
+        start();
+    QQuickItem::itemChange(change, data);
+}
+
+void LevelMeter::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    update();
+}
+
+void LevelMeter::start() {
+    if (clock_)
+        ballistics_.start(clock_->now());
+}
+
+void LevelMeter::tick() {
+    if (!app_ || !isVisible())
+        return;
+    ballistics_.tick(clock_->now(), app_->level());
+    if (fillWidth() != drawnWidth_ || levelZone(level()) != drawnZone_)
+        update();
+}
+
+double LevelMeter::fillWidth() const {
+    const double ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
+    return std::round(level() * width() * ratio) / ratio;
+}
+
+QColor LevelMeter::fillColor() const {
+    if (isRecording_)
+        return red_;
+    switch (levelZone(level())) {
+    case LevelZone::green:
+        return green_;
+    case LevelZone::yellow:
+        return yellow_;
+    case LevelZone::red:
+        break;
+    }
+    return red_;
+}
+
+QSGNode* LevelMeter::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
+    auto* const node = old != nullptr ? static_cast<MeterNode*>(old) : new MeterNode(*window());
+    drawnWidth_ = fillWidth();
+    drawnZone_ = levelZone(level());
+
+    const double first = std::round(width() * kGreenZone);
+    const double second = std::round(width() * (kGreenZone + kYellowZone));
+    place(*node->zones[0], {0, 0, first, height()}, withOpacity(green_, 0.08F));
+    place(*node->zones[1], {first, 0, second - first, height()}, withOpacity(yellow_, 0.06F));
+    place(*node->zones[2], {second, 0, width() - second, height()}, withOpacity(red_, 0.06F));
+
+    const auto& opacities = isRecording_ ? kRecordingOpacities : kFillOpacities;
+    const double step = drawnWidth_ / static_cast<double>(node->fill.size());
+    double x = 0.0;
+    for (std::size_t index = 0; index < node->fill.size(); ++index) {
+        const double end = std::round(step * static_cast<double>(index + 1));
+        place(*node->fill.at(index), {x, kInset, end - x, height() - 2 * kInset},
+              withOpacity(fillColor(), opacities.at(index)));
+        x = end;
+    }
+    place(*node->gaps[0], {first, 0, kGap, height()}, well_);
+    place(*node->gaps[1], {second, 0, kGap, height()}, well_);
+    return node;
+}
+
+} // namespace orvanta

@@ -1,0 +1,51 @@
+import QtQuick
+import Orvanta
+
+/// The applications, section by section.
+ListView {
+    id: list
+
+    required property MixerBridge mixer
+
+    clip: true
+    model: mixer.apps
+    // Rows that are tapped are high: without a tap there is room to breathe.
+    readonly property int gap: mixer.hasTaps ? 0 : 4
+
+    boundsBehavior: Flickable.StopAtBounds
+    cacheBuffer: 200
+    reuseItems: true
+    section.property: "section"
+    section.delegate: SectionHeader {
+        required property string section
+
+        width: list.width
+        title: section
+        count: list.mixer.apps.sectionCounts[section] ?? 0
+        gap: list.gap
+    }
+    delegate: AppVolumeRow {
+        required property AppItem app
+        required property int index
+
+        width: list.width
+        mixer: list.mixer
+        item: app
+    }
+
+    Rectangle {
+        anchors.bottom: parent.bottom
+        parent: list
+        width: list.width
+        height: 14
+        visible: !list.atYEnd
+        gradient: Gradient {
+            GradientStop { position: 0; color: Theme.withOpacity(Theme.window, 0) }
+            GradientStop { position: 1; color: Theme.window }
+        }
+    }
+    ListScrollBar {
+        parent: list
+        view: list
+    }
+}

@@ -1,0 +1,72 @@
+import QtQuick
+import Orvanta
+
+/// An application in the panel: a line while it is left alone, a card with all its controls while it
+/// is tapped.
+Item {
+    id: row
+
+    required property MixerBridge mixer
+    required property AppItem item
+
+    implicitHeight: card.y + card.height
+    opacity: item.isRecentlyActive ? 0.85 : 1
+
+    Rectangle {
+        id: card
+
+        x: 8
+        width: parent.width - 16
+        height: content.height + (row.item.isTapped ? 4 : 0)
+        radius: Theme.radiusCard
+        color: hover.hovered ? Theme.rowHover : Theme.white(0)
+        border.width: row.item.isTapped ? 1 : 0
+        border.color: row.item.isRecording ? Theme.withOpacity(Theme.red, 0.34) : Theme.line1
+        gradient: row.item.isTapped ? plane : null
+
+        Gradient {
+            id: plane
+
+            GradientStop { position: 0; color: Theme.surfaceTop }
+            GradientStop { position: 1; color: Theme.surfaceBottom }
+        }
+
+        Behavior on color { HoverFade {} }
+        Behavior on height { SpringMove {} }
+        clip: heightAnimation.running
+
+        Rectangle {
+            visible: row.item.isTapped
+            x: card.radius
+            y: 1
+            width: parent.width - 2 * card.radius
+            height: 1
+            color: Theme.highlight
+        }
+
+        HoverHandler {
+            id: hover
+        }
+
+        Column {
+            id: content
+
+            x: -card.x
+            width: row.width
+
+            RowHeader {
+                width: parent.width
+                item: row.item
+            }
+            Loader {
+                width: parent.width
+                active: row.item.isTapped
+                visible: active
+                sourceComponent: RowDetails {
+                    mixer: row.mixer
+                    item: row.item
+                }
+            }
+        }
+    }
+}

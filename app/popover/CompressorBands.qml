@@ -1,0 +1,64 @@
+import QtQuick
+import Orvanta
+
+/// The compressor's three bands, each with what it takes away.
+Column {
+    id: bands
+
+    required property AppItem item
+
+    Repeater {
+        model: ["Low", "Mid", "High"]
+
+        Item {
+            id: band
+
+            required property int index
+            required property string modelData
+
+            width: bands.width
+            height: 57
+
+            Rectangle {
+                visible: band.index > 0
+                x: 16
+                width: parent.width - 32
+                height: 1
+                color: Theme.divider
+            }
+            Label {
+                x: 16
+                y: 18
+                text: band.modelData
+                font.pixelSize: 10
+                font.weight: Font.DemiBold
+            }
+            ReductionBar {
+                x: 16
+                y: 36
+                width: 38
+                share: bands.item.reductions[band.index] ?? 0
+                label: band.modelData + " gain reduction"
+            }
+            Column {
+                y: 4
+                spacing: 2
+
+                Repeater {
+                    model: RowValues.compressorFields
+
+                    CompressorQuantity {
+                        required property int index
+                        required property var modelData
+
+                        width: bands.width
+                        item: bands.item
+                        band: band.index
+                        field: index
+                        range: modelData
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,48 @@
+import QtQuick
+import Orvanta
+
+/// Mails what an earlier crash has left.
+ButtonBase {
+    id: button
+
+    objectName: "sendCrashReport"
+    text: "Send Crash Report"
+    implicitWidth: content.implicitWidth + 20
+    implicitHeight: 24
+
+    contentItem: Item {
+        Row {
+            id: content
+
+            anchors.centerIn: parent
+            spacing: 5
+            opacity: button.hovered || button.visualFocus ? 1 : Theme.textOpacity(0.8)
+
+            SymbolGlyph {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "envelope.badge.fill"
+                size: 14
+                color: button.hovered || button.visualFocus ? Theme.redText : Theme.red
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: button.text
+                color: button.hovered || button.visualFocus ? Theme.redText : Theme.red
+                font: Theme.controlText
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: Theme.withOpacity(Theme.red, button.down ? 0.06 : button.hovered ? 0.16 : 0.10)
+
+        FocusRing {
+            control: parent
+            radius: Theme.radius + 4
+            isShown: button.visualFocus
+        }
+    }
+}

@@ -1,0 +1,21 @@
+import QtQuick
+import Orvanta
+
+SmallWindow {
+    id: window
+
+    required property ShellBridge shell
+
+    title: "Welcome to Orvanta"
+    width: view.implicitWidth
+    height: view.implicitHeight
+
+    OnboardingView {
+        id: view
+
+        anchors.fill: parent
+        focus: true
+        shell: window.shell
+        onDismissed: window.close()
+    }
+}
