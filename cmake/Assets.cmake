@@ -18,3 +18,5 @@ foreach(weight Medium SemiBold)
         DEPENDS ${figures} ${source})
     list(APPEND ORVANTA_FIGURE_FONTS ${font})
 endforeach()
+# Whoever uses the fonts in another directory waits for this.
+add_custom_target(orvanta_figure_fonts DEPENDS ${ORVANTA_FIGURE_FONTS})
