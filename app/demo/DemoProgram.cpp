@@ -9,7 +9,7 @@ namespace {
 
 using embedded::gameLike;
 using embedded::inTurns;
-using embedded::mixed;
+using embedded::mixtureOf;
 using embedded::scaled;
 using embedded::Sound;
 using embedded::speechLike;
@@ -28,13 +28,14 @@ Sound podcast() {
 
 /// A presenter over a tune that leaves room for the voice.
 Sound video() {
-    return mixed({scaled(speechLike(5), 0.55F), scaled(embedded::musicLike(2), 0.2F)});
+    return mixtureOf({scaled(speechLike(5), 0.55F), scaled(embedded::musicLike(2), 0.2F)});
 }
 
 /// Two who answer each other and now and then think for a while.
 Sound call() {
-    return mixed({inTurns(scaled(speechLike(2), 0.9F), {.on = 4, .off = 6}),
-                  inTurns(scaled(speechLike(3), 0.9F), {.before = 4.6, .on = 3.2, .off = 6.8})});
+    return mixtureOf(
+        {inTurns(scaled(speechLike(2), 0.9F), {.on = 4, .off = 6}),
+         inTurns(scaled(speechLike(3), 0.9F), {.before = 4.6, .on = 3.2, .off = 6.8})});
 }
 
 Sound game() {
@@ -43,8 +44,8 @@ Sound game() {
 
 /// Dialogue out of doors, with a score beneath it.
 Sound film() {
-    return mixed({scaled(speechLike(6), 0.6F), scaled(gameLike(2), 0.2F),
-                  inTurns(scaled(embedded::musicLike(5), 0.2F), {.on = 12, .off = 9})});
+    return mixtureOf({scaled(speechLike(6), 0.6F), scaled(gameLike(2), 0.2F),
+                      inTurns(scaled(embedded::musicLike(5), 0.2F), {.on = 12, .off = 9})});
 }
 
 } // namespace

@@ -127,7 +127,7 @@ Sound scaled(Sound sound, float gain) {
     };
 }
 
-Sound mixed(std::vector<Sound> parts) {
+Sound mixtureOf(std::vector<Sound> parts) {
     return [parts = std::move(parts)] {
         std::vector<std::unique_ptr<SoundSource>> sources;
         for (const Sound& part : parts)

@@ -22,7 +22,7 @@ Sound scaled(Sound sound, float gain);
 
 /// All of them together, on two channels: what has a single one is heard on both, of what has more
 /// than two the first two are heard.
-Sound mixed(std::vector<Sound> parts);
+Sound mixtureOf(std::vector<Sound> parts);
 
 /// The sound in turns. It fades within milliseconds, and while it is silent it stands still, so
 /// that a speaker goes on where he has stopped.

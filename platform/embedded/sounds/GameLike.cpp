@@ -78,7 +78,8 @@ private:
     void renderFrame(float& left, float& right, double sampleRate) noexcept {
         const float swell = 0.6F + 0.4F * swell_.next(0.11 / sampleRate);
         const float tide = 0.5F + 0.5F * tide_.next(0.07 / sampleRate);
-        const float wind = 0.28F * swell * wind_.next(350.0 + 500.0 * double{swell}, sampleRate);
+        const float wind =
+            0.28F * swell * wind_.next(350.0 + 500.0 * static_cast<double>(swell), sampleRate);
         const float surf = 0.22F * tide * surf_.next(1800, sampleRate);
         const float drone = 0.07F * (low_.next(55.0 / sampleRate) + fifth_.next(82.5 / sampleRate));
         const float thunder = 1.6F * thunder_.next() * storm_.next(120, sampleRate);

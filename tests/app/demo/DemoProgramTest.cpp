@@ -61,8 +61,8 @@ Loudness loudnessOf(const embedded::Sound& sound) {
         highest = std::max(highest, peak);
         lowest = std::min(lowest, peak);
     }
-    return {.peak = decibels(highest),
-            .quietestPeak = decibels(lowest),
+    return {.peak = decibels(static_cast<double>(highest)),
+            .quietestPeak = decibels(static_cast<double>(lowest)),
             .rootMeanSquare =
                 decibels(std::sqrt(sum / static_cast<double>(passage.size() * kPassages)))};
 }

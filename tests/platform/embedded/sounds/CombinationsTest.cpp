@@ -54,8 +54,8 @@ TEST(Combinations, AScaledSoundIsTheSoundTimesItsGain) {
 }
 
 TEST(Combinations, AMixtureHasOneChannelOnBothSidesAndTheFirstTwoOfMore) {
-    const Sound mixture =
-        mixed({constant(0.5F), constant({0.1F, 0.2F}), Sound(), constant({0.01F, 0.02F, 7.0F})});
+    const Sound mixture = mixtureOf(
+        {constant(0.5F), constant({0.1F, 0.2F}), Sound(), constant({0.01F, 0.02F, 7.0F})});
     const auto played = firstFrames(mixture, 700);
     ASSERT_EQ(played.size(), 1400U);
     for (std::size_t index = 0; index < played.size(); index += 2) {
@@ -65,11 +65,11 @@ TEST(Combinations, AMixtureHasOneChannelOnBothSidesAndTheFirstTwoOfMore) {
 }
 
 TEST(Combinations, AMixtureOfNothingIsSilence) {
-    EXPECT_THAT(firstFrames(mixed({}), 500), Each(0.0F));
+    EXPECT_THAT(firstFrames(mixtureOf({}), 500), Each(0.0F));
 }
 
 TEST(Combinations, AMixtureGoesOnFromBlockToBlock) {
-    const auto played = firstFrames(mixed({counting(1)}), 600);
+    const auto played = firstFrames(mixtureOf({counting(1)}), 600);
     for (std::size_t frame = 0; frame < 600; ++frame)
         ASSERT_EQ(played[frame * 2 + 1], static_cast<float>(frame));
 }
