@@ -10,7 +10,7 @@ set(ORVANTA_ICON_PICTURES ${assets}/framework7-icons/svg)
 
 # The Python that Debian's fonttools belongs to.
 set(figures ${PROJECT_SOURCE_DIR}/scripts/make-figure-font.py)
-foreach(weight Medium SemiBold)
+foreach(weight Regular Medium SemiBold)
     set(font ${CMAKE_BINARY_DIR}/fonts/OrvantaFigures-${weight}.otf)
     set(source /usr/share/fonts/opentype/inter/Inter-${weight}.otf)
     add_custom_command(OUTPUT ${font}
@@ -18,3 +18,5 @@ foreach(weight Medium SemiBold)
         DEPENDS ${figures} ${source})
     list(APPEND ORVANTA_FIGURE_FONTS ${font})
 endforeach()
+# Whoever uses the fonts in another directory waits for this.
+add_custom_target(orvanta_figure_fonts DEPENDS ${ORVANTA_FIGURE_FONTS})

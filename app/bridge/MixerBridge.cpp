@@ -34,6 +34,8 @@ MixerBridge::MixerBridge(std::shared_ptr<MixerViewModel> model, const Platform& 
           model_->eqSettings, model_->isMasterMuted, model_->launchAtLogin, model_->balances,
           model_->compressorSettings, model_->recordingPIDs, model_->recordingDurations,
           model_->noiseGateEnabled, model_->noiseGateThresholds);
+    observations_.push_back(
+        model_->outputDeviceManager().observe([this] { coalescer_.ask(); }));
     connect(&clock_, &LevelClock::ticked, &apps_, &AppListModel::tick);
     update();
 }

@@ -16,7 +16,7 @@ namespace orvanta {
 /// engine has one, which must be told to it before the first view is made.
 class ThemeBridge final : public QObject {
     Q_OBJECT
-    QML_NAMED_ELEMENT(Palette)
+    QML_NAMED_ELEMENT(CurrentTheme)
     QML_SINGLETON
     /// The palette's fields by their names.
     Q_PROPERTY(QVariantMap colors READ colors NOTIFY changed)
@@ -27,6 +27,8 @@ class ThemeBridge final : public QObject {
     Q_PROPERTY(QString themeHelp READ themeHelp NOTIFY changed)
     /// The desktop's wishes.
     Q_PROPERTY(bool isHighContrast MEMBER isHighContrast_ NOTIFY wishesChanged)
+    /// What is drawn without a graphics card.
+    Q_PROPERTY(bool isTextThickened READ isTextThickened CONSTANT)
     Q_PROPERTY(bool isMotionReduced MEMBER isMotionReduced_ NOTIFY wishesChanged)
 
 public:
@@ -46,6 +48,7 @@ public:
     [[nodiscard]] QString themeHelp() const;
     Q_INVOKABLE void chooseNextTheme() { manager_.chooseNext(); }
 
+    [[nodiscard]] bool isTextThickened() const;
     void setWishes(bool isHighContrast, bool isMotionReduced);
 
 Q_SIGNALS:

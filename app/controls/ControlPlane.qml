@@ -10,9 +10,9 @@ Rectangle {
     property bool isLit: false
     property color tint: Theme.accent
 
-    color: isLit ? Theme.withOpacity(tint, Palette.isHighContrast ? 0.35 : 0.18)
+    color: isLit ? Theme.withOpacity(tint, CurrentTheme.isHighContrast ? 0.35 : 0.18)
                  : isPressed ? Theme.controlPressed : isHovered ? Theme.controlHover : Theme.control
-    border.color: isLit ? Theme.withOpacity(tint, Palette.isHighContrast ? 1 : 0.5) : Theme.line1
+    border.color: isLit ? Theme.withOpacity(tint, CurrentTheme.isHighContrast ? 1 : 0.5) : Theme.line1
 
     Behavior on color {
         enabled: !plane.isPressed

@@ -20,7 +20,7 @@ Rectangle {
         color: Theme.text2
         font.family: Theme.figures
         font.pixelSize: 9
-        font.weight: Font.Medium
+        font.weight: Theme.medium
         Accessible.role: Accessible.StaticText
         Accessible.name: text.text
     }

@@ -31,7 +31,7 @@ ButtonBase {
 
     background: Rectangle {
         radius: button.radius
-        color: button.isLit ? Theme.withOpacity(button.tint, Palette.isHighContrast ? 0.35 : 0.18)
+        color: button.isLit ? Theme.withOpacity(button.tint, CurrentTheme.isHighContrast ? 0.35 : 0.18)
                             : button.hasPlane ? (button.down ? Theme.controlPressed
                                                  : button.hovered ? Theme.controlHover : Theme.control)
                             : button.hovered ? Theme.symbolHover : Theme.white(0)

@@ -11,6 +11,8 @@ Text {
     elide: Text.ElideRight
     horizontalAlignment: Text.AlignLeft
     textFormat: Text.PlainText
+    // Half pixels count on dense screens.
+    anchors.alignWhenCentered: false
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 }

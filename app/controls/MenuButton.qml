@@ -25,6 +25,7 @@ ButtonBase {
             elide: Text.ElideRight
             horizontalAlignment: Text.AlignLeft
             textFormat: Text.PlainText
+            anchors.alignWhenCentered: false
             Accessible.ignored: true
         }
         SymbolGlyph {

@@ -12,12 +12,12 @@ ButtonBase {
     property color color: Theme.text2
     property font textFont: Theme.caption
     property real restOpacity: 1
-    property int spacing: 4
 
     readonly property bool isAwake: enabled && (hovered || visualFocus)
 
     implicitWidth: content.implicitWidth
     implicitHeight: 18
+    spacing: 4
     // Stays readable when it cannot be pressed: what it would do is news by itself.
     opacity: 1
 
@@ -43,6 +43,7 @@ ButtonBase {
                                                                                   : button.color
                 font: button.textFont
                 textFormat: Text.PlainText
+                anchors.alignWhenCentered: false
                 Accessible.ignored: true
             }
             SymbolGlyph {

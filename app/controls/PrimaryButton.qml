@@ -31,8 +31,9 @@ ButtonBase {
                 color: Theme.ink
                 font.family: Theme.family
                 font.pixelSize: 13
-                font.weight: Font.DemiBold
+                font.weight: Theme.demiBold
                 textFormat: Text.PlainText
+                anchors.alignWhenCentered: false
                 Accessible.ignored: true
             }
             SymbolGlyph {

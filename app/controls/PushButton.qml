@@ -38,6 +38,7 @@ ButtonBase {
                                     : button.down ? Theme.text2 : Theme.text1
                 font: button.isSmall ? Theme.smallControl : Theme.controlText
                 textFormat: Text.PlainText
+                anchors.alignWhenCentered: false
                 Accessible.ignored: true
             }
             SymbolGlyph {

@@ -8,5 +8,6 @@ Text {
     font: Theme.readOut
     horizontalAlignment: Text.AlignRight
     textFormat: Text.PlainText
+    anchors.alignWhenCentered: false
     Accessible.ignored: true
 }

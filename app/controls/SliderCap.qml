@@ -38,12 +38,16 @@ Item {
         color: Theme.black(0.3)
     }
     Rectangle {
+        anchors.fill: parent
+        anchors.margins: -0.5
+        radius: body.radius + 0.5
+        color: Theme.black(0.55)
+    }
+    Rectangle {
         id: body
 
         anchors.fill: parent
         radius: cap.isMini ? 3 : Theme.radiusCap
-        border.width: 0.5
-        border.color: Theme.black(0.55)
         gradient: Gradient {
             GradientStop { position: 0; color: "#FFFFFF" }
             GradientStop { position: 0.45; color: "#E9EBEF" }

@@ -24,7 +24,8 @@ SliderBase {
     }
     Rectangle {
         visible: slider.isCentred
-        anchors.centerIn: parent
+        x: parent.width / 2
+        anchors.verticalCenter: parent.verticalCenter
         width: 1
         height: 10
         color: Theme.white(0.22)

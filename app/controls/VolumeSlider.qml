@@ -22,14 +22,14 @@ SliderBase {
             readonly property real start: Math.max(parent.width / 2, slider.capPosition)
 
             x: start
-            width: parent.width - start
+            width: parent.width - start - 1
             height: parent.height
-            radius: Theme.radiusTrack
             color: Theme.withOpacity(Theme.boostAmber, 0.20)
         }
     }
     Rectangle {
-        anchors.centerIn: parent
+        x: parent.width / 2
+        anchors.verticalCenter: parent.verticalCenter
         width: 1
         height: 12
         color: Theme.white(0.22)

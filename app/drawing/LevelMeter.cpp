@@ -8,15 +8,24 @@
 namespace orvanta {
 namespace {
 
-/// A fill is flat colours: from the left it warms in so many steps.
-constexpr std::array kFillOpacities{0.70F, 0.80F, 0.90F, 1.0F};
-constexpr std::array kRecordingOpacities{0.7F, 0.7F, 0.9F, 1.0F};
+/// A fill is flat colours, which come out of the dark in steps too small to see.
+constexpr std::size_t kFillSteps = 8;
+constexpr float kFirstOpacity = 0.62F;
+/// Of a recording's: a third of the fill each.
+constexpr std::array kRecordingOpacities{0.7F, 0.9F, 1.0F};
 constexpr double kInset = 1.0;
 constexpr double kGap = 1.0;
 
 QColor withOpacity(QColor color, float opacity) {
     color.setAlphaF(opacity);
     return color;
+}
+
+float fillOpacity(std::size_t step, bool isRecording) {
+    if (isRecording)
+        return kRecordingOpacities.at(step * kRecordingOpacities.size() / kFillSteps);
+    const float share = static_cast<float>(step) / static_cast<float>(kFillSteps - 1);
+    return kFirstOpacity + (1.0F - kFirstOpacity) * share;
 }
 
 /// What the meter is made of, from back to front.
@@ -37,7 +46,7 @@ struct MeterNode final : QSGNode {
     }
 
     std::array<QSGRectangleNode*, 3> zones{};
-    std::array<QSGRectangleNode*, kFillOpacities.size()> fill{};
+    std::array<QSGRectangleNode*, kFillSteps> fill{};
     std::array<QSGRectangleNode*, 2> gaps{};
 };
 
@@ -67,11 +76,11 @@ void LevelMeter::setApp(AppItem* app) {
 void LevelMeter::setClock(LevelClock* clock) {
     if (clock == clock_)
         return;
-    if (clock_)
+    if (clock_ != nullptr)
         disconnect(clock_, nullptr, this, nullptr);
     clock_ = clock;
-    if (clock_)
-        connect(clock_, &LevelClock::ticked, this, &LevelMeter::tick);
+    if (clock != nullptr)
+        connect(clock, &LevelClock::ticked, this, &LevelMeter::tick);
     start();
     Q_EMIT clockChanged();
 }
@@ -88,14 +97,16 @@ void LevelMeter::geometryChange(const QRectF& newGeometry, const QRectF& oldGeom
 }
 
 void LevelMeter::start() {
-    if (clock_)
-        ballistics_.start(clock_->now());
+    if (const LevelClock* const clock = clock_.data())
+        ballistics_.start(clock->now());
 }
 
 void LevelMeter::tick() {
-    if (!app_ || !isVisible())
+    const AppItem* const app = app_.data();
+    const LevelClock* const clock = clock_.data();
+    if (app == nullptr || clock == nullptr || !isVisible())
         return;
-    ballistics_.tick(clock_->now(), app_->level());
+    ballistics_.tick(clock->now(), app->level());
     if (fillWidth() != drawnWidth_ || levelZone(level()) != drawnZone_)
         update();
 }
@@ -130,13 +141,12 @@ QSGNode* LevelMeter::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/
     place(*node->zones[1], {first, 0, second - first, height()}, withOpacity(yellow_, 0.06F));
     place(*node->zones[2], {second, 0, width() - second, height()}, withOpacity(red_, 0.06F));
 
-    const auto& opacities = isRecording_ ? kRecordingOpacities : kFillOpacities;
     const double step = drawnWidth_ / static_cast<double>(node->fill.size());
     double x = 0.0;
     for (std::size_t index = 0; index < node->fill.size(); ++index) {
         const double end = std::round(step * static_cast<double>(index + 1));
         place(*node->fill.at(index), {x, kInset, end - x, height() - 2 * kInset},
-              withOpacity(fillColor(), opacities.at(index)));
+              withOpacity(fillColor(), fillOpacity(index, isRecording_)));
         x = end;
     }
     place(*node->gaps[0], {first, 0, kGap, height()}, well_);

@@ -29,6 +29,7 @@ ListView {
         required property int index
 
         width: list.width
+        gap: app.isTapped && ListView.previousSection === ListView.section ? 6 : 0
         mixer: list.mixer
         item: app
     }

@@ -8,6 +8,8 @@ Item {
 
     required property MixerBridge mixer
     required property AppItem item
+    /// Space above, between cards.
+    property int gap: 0
 
     implicitHeight: card.y + card.height
     opacity: item.isRecentlyActive ? 0.85 : 1
@@ -16,6 +18,7 @@ Item {
         id: card
 
         x: 8
+        y: row.gap
         width: parent.width - 16
         height: content.height + (row.item.isTapped ? 4 : 0)
         radius: Theme.radiusCard
@@ -32,8 +35,12 @@ Item {
         }
 
         Behavior on color { HoverFade {} }
-        Behavior on height { SpringMove {} }
-        clip: heightAnimation.running
+        Behavior on height {
+            SpringMove {
+                id: unfolding
+            }
+        }
+        clip: unfolding.running
 
         Rectangle {
             visible: row.item.isTapped

@@ -40,7 +40,6 @@ FocusScope {
         y: 77
         width: parent.width
         height: 365
-        topMargin: gap
         visible: !panel.mixer.isEmpty
         mixer: panel.mixer
     }

@@ -18,7 +18,7 @@ Item {
         color: isLit ? Theme.featureBalance : Theme.text3
         font.family: Theme.family
         font.pixelSize: 11
-        font.weight: Font.DemiBold
+        font.weight: Theme.demiBold
         Accessible.ignored: true
     }
 

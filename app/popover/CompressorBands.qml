@@ -11,7 +11,7 @@ Column {
         model: ["Low", "Mid", "High"]
 
         Item {
-            id: band
+            id: bandItem
 
             required property int index
             required property string modelData
@@ -20,7 +20,7 @@ Column {
             height: 57
 
             Rectangle {
-                visible: band.index > 0
+                visible: bandItem.index > 0
                 x: 16
                 width: parent.width - 32
                 height: 1
@@ -29,16 +29,16 @@ Column {
             Label {
                 x: 16
                 y: 18
-                text: band.modelData
+                text: bandItem.modelData
                 font.pixelSize: 10
-                font.weight: Font.DemiBold
+                font.weight: Theme.demiBold
             }
             ReductionBar {
                 x: 16
                 y: 36
                 width: 38
-                share: bands.item.reductions[band.index] ?? 0
-                label: band.modelData + " gain reduction"
+                share: bands.item.reductions[bandItem.index] ?? 0
+                label: bandItem.modelData + " gain reduction"
             }
             Column {
                 y: 4
@@ -53,7 +53,7 @@ Column {
 
                         width: bands.width
                         item: bands.item
-                        band: band.index
+                        band: bandItem.index
                         field: index
                         range: modelData
                     }

@@ -24,7 +24,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         name: "hifispeaker.fill"
         size: 13
-        color: Theme.featureRouting
+        color: Theme.symbolOnControl(Theme.featureRouting)
     }
     MenuButton {
         objectName: "output"

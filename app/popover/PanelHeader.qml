@@ -54,7 +54,7 @@ Item {
         restColor: Theme.text1
         symbolOpacity: hovered || visualFocus ? 1 : Theme.textOpacity(0.7)
         label: "Switch theme"
-        help: Palette.themeHelp
-        onClicked: Palette.chooseNextTheme()
+        help: CurrentTheme.themeHelp
+        onClicked: CurrentTheme.chooseNextTheme()
     }
 }

@@ -50,7 +50,6 @@ Item {
         symbol: header.item.isRecording ? "stop.circle.fill" : "record.circle"
         isLit: header.item.isRecording
         tint: Theme.red
-        restColor: Theme.text2
         help: header.item.recordHelp
         label: header.item.recordLabel
         value: header.item.recordValue

@@ -24,9 +24,9 @@ QtObject {
     readonly property color status: "#0D0E12"
 
     // Lines.
-    readonly property color line1: white(Palette.isHighContrast ? 0.28 : 0.06)
-    readonly property color line2: white(Palette.isHighContrast ? 0.45 : 0.10)
-    readonly property color line3: white(Palette.isHighContrast ? 0.70 : 0.17)
+    readonly property color line1: white(CurrentTheme.isHighContrast ? 0.28 : 0.06)
+    readonly property color line2: white(CurrentTheme.isHighContrast ? 0.45 : 0.10)
+    readonly property color line3: white(CurrentTheme.isHighContrast ? 0.70 : 0.17)
     readonly property color highlight: white(0.05)
     readonly property color lip: white(0.055)
     readonly property color divider: white(0.075)
@@ -36,32 +36,39 @@ QtObject {
 
     // Text.
     readonly property color text1: "#F2F3F5"
-    readonly property color text2: Palette.isHighContrast ? "#D5D8DF" : "#B0B4BE"
-    readonly property color text3: Palette.isHighContrast ? "#BFC3CC" : "#8A8F9B"
-    readonly property color text4: Palette.isHighContrast ? "#8A8F9B" : "#5C616D"
+    readonly property color text2: CurrentTheme.isHighContrast ? "#D5D8DF" : "#B0B4BE"
+    readonly property color text3: CurrentTheme.isHighContrast ? "#BFC3CC" : "#8A8F9B"
+    readonly property color text4: CurrentTheme.isHighContrast ? "#8A8F9B" : "#5C616D"
     readonly property color ink: "#0E0F12"
     readonly property color redText: mix(red, "#FFFFFF", 0.30)
 
     // The palette.
-    property color accent: Palette.colors.accent
-    property color accentSecondary: Palette.colors.accentSecondary
-    property color accentGlow: Palette.colors.accentGlow
-    property color boostAmber: Palette.colors.boostAmber
-    property color warmOrange: Palette.colors.warmOrange
-    property color gradientStart: Palette.colors.gradientStart
-    property color gradientEnd: Palette.colors.gradientEnd
-    readonly property color green: Palette.colors.green
-    readonly property color yellow: Palette.colors.yellow
-    readonly property color red: Palette.colors.red
-    readonly property color blue: Palette.colors.blue
-    readonly property color purple: Palette.colors.purple
-    property color featureVolume: Palette.colors.featureVolume
-    property color featureRouting: Palette.colors.featureRouting
-    property color featureEQ: Palette.colors.featureEQ
-    property color featureCompressor: Palette.colors.featureCompressor
-    property color featureRecording: Palette.colors.featureRecording
-    property color featureBalance: Palette.colors.featureBalance
-    property color featureShortcuts: Palette.colors.featureShortcuts
+    property color accent: CurrentTheme.colors.accent
+    property color accentSecondary: CurrentTheme.colors.accentSecondary
+    property color accentGlow: CurrentTheme.colors.accentGlow
+    property color boostAmber: CurrentTheme.colors.boostAmber
+    property color warmOrange: CurrentTheme.colors.warmOrange
+    property color gradientStart: CurrentTheme.colors.gradientStart
+    property color gradientEnd: CurrentTheme.colors.gradientEnd
+    readonly property color green: CurrentTheme.colors.green
+    readonly property color yellow: CurrentTheme.colors.yellow
+    readonly property color red: CurrentTheme.colors.red
+    readonly property color blue: CurrentTheme.colors.blue
+    readonly property color purple: CurrentTheme.colors.purple
+    property color featureVolume: CurrentTheme.colors.featureVolume
+    property color featureRouting: CurrentTheme.colors.featureRouting
+    property color featureEQ: CurrentTheme.colors.featureEQ
+    property color featureCompressor: CurrentTheme.colors.featureCompressor
+    property color featureRecording: CurrentTheme.colors.featureRecording
+    property color featureBalance: CurrentTheme.colors.featureBalance
+    property color featureShortcuts: CurrentTheme.colors.featureShortcuts
+
+    /// How a colour goes over into the other theme's.
+    component PaletteChange: ColorAnimation {
+        duration: CurrentTheme.isMotionReduced ? 0 : 250
+        easing.type: Easing.BezierSpline
+        easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
+    }
 
     Behavior on accent { PaletteChange {} }
     Behavior on accentSecondary { PaletteChange {} }
@@ -88,11 +95,11 @@ QtObject {
     readonly property int radiusCard: 10
     readonly property int radiusWindow: 12
 
-    readonly property int focusWidth: Palette.isHighContrast ? 3 : 2
+    readonly property int focusWidth: CurrentTheme.isHighContrast ? 3 : 2
     readonly property real disabled: 0.38
 
     // Motion, in ms. Meters are information and go on when the desktop wants less of it.
-    readonly property bool isMoving: !Palette.isMotionReduced
+    readonly property bool isMoving: !CurrentTheme.isMotionReduced
     readonly property int hover: isMoving ? 150 : 0
     readonly property int spring: isMoving ? 260 : 0
     readonly property int pulse: 800
@@ -102,25 +109,30 @@ QtObject {
     /// Within 1.3 % of a spring of response 0.3 and damping fraction 0.825.
     readonly property list<real> springCurve: [0.25, 0.15, 0.25, 1.05, 1, 1]
 
-    // Type.
+    // Type. Without a graphics card the toolkit blends light text on dark as if it were a weight
+    // heavier than it is.
+    readonly property int regular: CurrentTheme.isTextThickened ? Font.Light : Font.Normal
+    readonly property int medium: CurrentTheme.isTextThickened ? Font.Normal : Font.Medium
+    readonly property int demiBold: CurrentTheme.isTextThickened ? Font.Medium : Font.DemiBold
+    readonly property int bold: CurrentTheme.isTextThickened ? Font.DemiBold : Font.Bold
     readonly property string family: "Inter"
     readonly property string figures: "Orvanta Figures"
     readonly property string symbols: "Framework7 Icons"
-    readonly property font display: Qt.font({ family: family, pixelSize: 26, weight: Font.Bold, letterSpacing: -0.6 })
-    readonly property font title: Qt.font({ family: family, pixelSize: 24, weight: Font.Bold, letterSpacing: -0.5 })
-    readonly property font header: Qt.font({ family: family, pixelSize: 14, weight: Font.DemiBold, letterSpacing: -0.15 })
-    readonly property font heading: Qt.font({ family: family, pixelSize: 13, weight: Font.DemiBold, letterSpacing: -0.1 })
-    readonly property font body: Qt.font({ family: family, pixelSize: 12, weight: Font.Medium })
-    readonly property font controlText: Qt.font({ family: family, pixelSize: 11, weight: Font.Medium })
-    readonly property font smallControl: Qt.font({ family: family, pixelSize: 10, weight: Font.Medium })
-    readonly property font caption: Qt.font({ family: family, pixelSize: 10 })
-    readonly property font section: Qt.font({ family: family, pixelSize: 10, weight: Font.Bold, letterSpacing: 1.0 })
-    readonly property font menuHeading: Qt.font({ family: family, pixelSize: 10, weight: Font.DemiBold })
-    readonly property font badge: Qt.font({ family: family, pixelSize: 9, weight: Font.DemiBold })
-    readonly property font micro: Qt.font({ family: figures, pixelSize: 8, weight: Font.Medium })
-    readonly property font meterScale: Qt.font({ family: "monospace", pixelSize: 6, weight: Font.Medium })
-    readonly property font readOut: Qt.font({ family: figures, pixelSize: 11, weight: Font.Medium })
-    readonly property font smallReadOut: Qt.font({ family: figures, pixelSize: 10, weight: Font.Medium })
+    readonly property font display: Qt.font({ family: family, pixelSize: 26, weight: bold, letterSpacing: -0.6 })
+    readonly property font title: Qt.font({ family: family, pixelSize: 24, weight: bold, letterSpacing: -0.5 })
+    readonly property font header: Qt.font({ family: family, pixelSize: 14, weight: demiBold, letterSpacing: -0.15 })
+    readonly property font heading: Qt.font({ family: family, pixelSize: 13, weight: demiBold, letterSpacing: -0.1 })
+    readonly property font body: Qt.font({ family: family, pixelSize: 12, weight: medium })
+    readonly property font controlText: Qt.font({ family: family, pixelSize: 11, weight: medium })
+    readonly property font smallControl: Qt.font({ family: family, pixelSize: 10, weight: medium })
+    readonly property font caption: Qt.font({ family: family, pixelSize: 10, weight: regular })
+    readonly property font section: Qt.font({ family: family, pixelSize: 10, weight: bold, letterSpacing: 1.0 })
+    readonly property font menuHeading: Qt.font({ family: family, pixelSize: 10, weight: demiBold })
+    readonly property font badge: Qt.font({ family: family, pixelSize: 9, weight: demiBold })
+    readonly property font micro: Qt.font({ family: figures, pixelSize: 8, weight: medium })
+    readonly property font meterScale: Qt.font({ family: "monospace", pixelSize: 6, weight: medium })
+    readonly property font readOut: Qt.font({ family: figures, pixelSize: 11, weight: medium })
+    readonly property font smallReadOut: Qt.font({ family: figures, pixelSize: 10, weight: medium })
 
     function white(opacity: real): color {
         return Qt.rgba(1, 1, 1, opacity);
@@ -131,22 +143,21 @@ QtObject {
     }
 
     function withOpacity(color: color, opacity: real): color {
-        return Qt.rgba(color.r, color.g, color.b, opacity);
+        return Qt.alpha(color, opacity);
     }
 
     /// `share` of `other` over `base`.
     function mix(base: color, other: color, share: real): color {
-        return Qt.rgba(base.r + (other.r - base.r) * share, base.g + (other.g - base.g) * share,
-                       base.b + (other.b - base.b) * share, 1);
+        return Qt.tint(base, Qt.alpha(other, share));
     }
 
     /// Of a feature, bright enough for a control's plane.
     function symbolOnControl(feature: color): color {
-        return mix(feature, "#FFFFFF", Palette.isHighContrast ? 0.4 : 0.2);
+        return mix(feature, "#FFFFFF", CurrentTheme.isHighContrast ? 0.4 : 0.2);
     }
 
     /// An opacity that is stated for rest, as high contrast has it.
     function textOpacity(opacity: real): real {
-        return Palette.isHighContrast ? Math.max(opacity, 0.8) : opacity;
+        return CurrentTheme.isHighContrast ? Math.max(opacity, 0.8) : opacity;
     }
 }

@@ -49,7 +49,7 @@ Item {
             text: "Per-App Audio Mixer & Router"
             color: Theme.text2
             font.pixelSize: 12
-            font.weight: Font.Normal
+            font.weight: Theme.regular
         }
         Label {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -86,9 +86,9 @@ Item {
                 x: parent.width - width - 8
                 y: 7
                 label: "Theme"
-                names: Palette.themeNames
-                chosen: Palette.themeIndex
-                onChose: index => Palette.themeIndex = index
+                names: CurrentTheme.themeNames
+                chosen: CurrentTheme.themeIndex
+                onChose: index => CurrentTheme.themeIndex = index
             }
             Rectangle {
                 x: 12
@@ -104,7 +104,7 @@ Item {
                 verticalAlignment: Text.AlignVCenter
                 text: "Requires"
                 color: Theme.text2
-                font.weight: Font.Normal
+                font.weight: Theme.regular
             }
             Label {
                 anchors.right: parent.right

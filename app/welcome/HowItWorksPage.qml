@@ -57,7 +57,7 @@ Item {
                     text: parent.modelData.detail
                     color: Theme.text2
                     font.pixelSize: 12
-                    font.weight: Font.Normal
+                    font.weight: Theme.regular
                 }
             }
         }
@@ -75,7 +75,7 @@ Item {
         width: 340
         text: "macOS will ask for audio capture permission — this is required for per-app control."
         color: Theme.text2
-        font.weight: Font.Normal
+        font.weight: Theme.regular
         wrapMode: Text.Wrap
         lineHeight: 1.2
     }

@@ -18,6 +18,6 @@ Rectangle {
         text: step.number
         color: Theme.accentSecondary
         font.pixelSize: 13
-        font.weight: Font.DemiBold
+        font.weight: Theme.demiBold
     }
 }

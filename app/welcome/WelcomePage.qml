@@ -21,7 +21,7 @@ Item {
         text: "The audio mixer macOS should have built in."
         color: Theme.text2
         font.pixelSize: 13
-        font.weight: Font.Normal
+        font.weight: Theme.regular
     }
     ListCard {
         x: 32

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace orvanta {
@@ -17,6 +18,14 @@ constexpr std::array<AudioObjectPropertyAddress, 2> kWatched{
 /// Devices of this program's own making.
 bool isOwn(std::string_view uid) {
     return uid.starts_with("com.meridane.orvanta") || uid.starts_with("com.orvanta");
+}
+
+/// In all that is known of them, where equality looks at the UID only.
+bool areAlike(const OutputDevice& a, const OutputDevice& b) {
+    const auto known = [](const OutputDevice& device) {
+        return std::tie(device.id, device.uid, device.name, device.manufacturer, device.isDefault);
+    };
+    return known(a) == known(b);
 }
 
 } // namespace
@@ -54,8 +63,12 @@ void OutputDeviceManager::publish(std::vector<OutputDevice> devices,
                                   const std::string& defaultUID) {
     for (OutputDevice& device : devices)
         device.isDefault = !defaultUID.empty() && device.uid == defaultUID;
+    const bool isNew = defaultUID != defaultDeviceUID_.get() ||
+                       !std::ranges::equal(devices, availableDevices_.get(), areAlike);
     availableDevices_.set(std::move(devices));
     defaultDeviceUID_.set(defaultUID);
+    if (isNew)
+        changed_.tell();
 }
 
 std::vector<OutputDevice> OutputDeviceManager::readDevices() const {

@@ -6,8 +6,10 @@
 #include "core/platform/WeakAccess.h"
 #include "core/publishing/Published.h"
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvanta {
@@ -32,7 +34,12 @@ public:
     /// Reads on the calling thread, which may be any.
     void refresh() override;
 
-    // The values with their observers, who are told on the main thread.
+    [[nodiscard]] Observation observe(std::function<void()> observer) override {
+        return changed_.observe(std::move(observer));
+    }
+
+    // The values with their observers, who are told on the main thread: of every reading, also one
+    // that has found nothing new, and of each value before it takes effect.
 
     [[nodiscard]] Published<std::vector<OutputDevice>>& publishedDevices() {
         return availableDevices_;
@@ -53,6 +60,7 @@ private:
     NameOrder nameOrder_;
     Published<std::vector<OutputDevice>> availableDevices_;
     Published<std::string> defaultDeviceUID_;
+    Observers<> changed_;
     /// Last, so that no task meets a manager that is half gone.
     WeakAccess<OutputDeviceManager> access_{*this};
 };

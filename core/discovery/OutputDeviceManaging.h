@@ -1,7 +1,9 @@
 #pragma once
 
 #include "core/discovery/OutputDevice.h"
+#include "core/publishing/Observation.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,10 @@ public:
     [[nodiscard]] virtual const std::string& defaultDeviceUID() const = 0;
     /// Reads everything anew; what it finds appears on the next turn of the main run loop.
     virtual void refresh() = 0;
+    /// Told on the main thread when the devices, what is known of one, or the default have become
+    /// others: once, with all of it in effect. What has been read anew and is the same tells
+    /// nobody.
+    [[nodiscard]] virtual Observation observe(std::function<void()> observer) = 0;
 };
 
 } // namespace orvanta

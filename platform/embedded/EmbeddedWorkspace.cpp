@@ -14,26 +14,17 @@ namespace {
 /// Where applications are installed.
 const std::filesystem::path kApplications = "/embedded/applications";
 
-IconRef iconOf(std::int32_t pid, const std::optional<std::string>& bundleIdentifier) {
-    return std::make_shared<EmbeddedIcon>(bundleIdentifier.value_or("pid:" + std::to_string(pid)));
-}
-
 bool isApplication(const ProgramState& program) {
     return program.settings.policy.has_value();
-}
-
-RunningApplication applicationOf(const ProgramSettings& settings) {
-    return {settings.pid, settings.name, settings.bundleIdentifier, *settings.policy,
-            iconOf(settings.pid, settings.bundleIdentifier)};
 }
 
 } // namespace
 
 void EmbeddedWorkspace::add(RunningApplication application) {
+    const std::scoped_lock guard(mutex_);
     if (!application.icon) {
         application.icon = iconOf(application.processIdentifier, application.bundleIdentifier);
     }
-    const std::scoped_lock guard(mutex_);
     applications_[application.processIdentifier] = std::move(application);
 }
 
@@ -54,14 +45,18 @@ void EmbeddedWorkspace::uninstall(const std::string& bundleIdentifier) {
     uninstalled_.insert(bundleIdentifier);
 }
 
+void EmbeddedWorkspace::setIcon(const std::string& bundleIdentifier, IconRef icon) {
+    const std::scoped_lock guard(mutex_);
+    icons_[bundleIdentifier] = std::move(icon);
+}
+
 std::optional<RunningApplication> EmbeddedWorkspace::runningApplication(std::int32_t pid) const {
-    {
-        const std::scoped_lock guard(mutex_);
-        const auto found = applications_.find(pid);
-        if (found != applications_.end())
-            return found->second;
-    }
-    for (const ProgramState& program : server_.programs())
+    const auto programs = server_.programs();
+    const std::scoped_lock guard(mutex_);
+    const auto found = applications_.find(pid);
+    if (found != applications_.end())
+        return found->second;
+    for (const ProgramState& program : programs)
         if (program.settings.pid == pid && isApplication(program))
             return applicationOf(program.settings);
     return std::nullopt;
@@ -94,7 +89,8 @@ EmbeddedWorkspace::urlForApplication(const std::string& bundleIdentifier) const 
 IconRef EmbeddedWorkspace::iconForFile(const std::filesystem::path& file) const {
     if (file.parent_path() != kApplications)
         return nullptr;
-    return std::make_shared<EmbeddedIcon>(file.filename().string());
+    const std::scoped_lock guard(mutex_);
+    return iconOf(0, file.filename().string());
 }
 
 bool EmbeddedWorkspace::runs(const std::string& bundleIdentifier) const {
@@ -107,6 +103,18 @@ bool EmbeddedWorkspace::runs(const std::string& bundleIdentifier) const {
            std::any_of(applications_.begin(), applications_.end(), [&](const auto& entry) {
                return entry.second.bundleIdentifier == bundleIdentifier;
            });
+}
+
+RunningApplication EmbeddedWorkspace::applicationOf(const ProgramSettings& settings) const {
+    return {settings.pid, settings.name, settings.bundleIdentifier, *settings.policy,
+            iconOf(settings.pid, settings.bundleIdentifier)};
+}
+
+IconRef EmbeddedWorkspace::iconOf(std::int32_t pid,
+                                  const std::optional<std::string>& bundleIdentifier) const {
+    const std::string key = bundleIdentifier.value_or("pid:" + std::to_string(pid));
+    const auto found = icons_.find(key);
+    return found != icons_.end() ? found->second : std::make_shared<EmbeddedIcon>(key);
 }
 
 } // namespace orvanta

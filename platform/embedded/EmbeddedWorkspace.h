@@ -10,6 +10,10 @@ namespace orvanta {
 
 class EmbeddedAudioServer;
 
+namespace embedded {
+struct ProgramSettings;
+}
+
 /// An icon that is nothing but its key.
 class EmbeddedIcon final : public Icon {
 public:
@@ -25,8 +29,8 @@ private:
 /// script adds. Safe from all threads.
 ///
 /// The applications of the running programs count as installed, so their bundle identifiers have
-/// places and icons, whose keys are the identifiers. A running application without an identifier
-/// has an icon with the key "pid:<pid>".
+/// places and icons, whose keys are the identifiers where no other icon is set. A running
+/// application without an identifier has an icon with the key "pid:<pid>".
 class EmbeddedWorkspace final : public Workspace {
 public:
     /// `server` must outlive the workspace.
@@ -42,6 +46,9 @@ public:
     /// Takes place and icon away, also from one that runs.
     void uninstall(const std::string& bundleIdentifier);
 
+    /// The icon of an application, from now on: one that has a picture to show.
+    void setIcon(const std::string& bundleIdentifier, IconRef icon);
+
     /// The server's programs in their order, then what the script has added, by pid.
     [[nodiscard]] std::vector<RunningApplication> runningApplications() const override;
     [[nodiscard]] std::optional<RunningApplication>
@@ -54,12 +61,17 @@ public:
 
 private:
     [[nodiscard]] bool runs(const std::string& bundleIdentifier) const;
+    [[nodiscard]] RunningApplication applicationOf(const embedded::ProgramSettings& settings) const;
+    /// With the lock held.
+    [[nodiscard]] IconRef iconOf(std::int32_t pid,
+                                 const std::optional<std::string>& bundleIdentifier) const;
 
     const EmbeddedAudioServer& server_;
     mutable std::mutex mutex_;
     std::map<std::int32_t, RunningApplication> applications_;
     std::set<std::string> installed_;
     std::set<std::string> uninstalled_;
+    std::map<std::string, IconRef> icons_;
 };
 
 } // namespace orvanta

@@ -240,6 +240,58 @@ TEST_F(OutputDevices, ArePublishedBeforeTheDefaultOnTheMainQueueOnly) {
                 ElementsAre("devices 2", "default headphones", "devices 2", "default headphones"));
 }
 
+TEST_F(OutputDevices, TellOfAChangeOnceItIsInEffect) {
+    add("speakers", "Speakers");
+    static_cast<void>(devices());
+    std::vector<std::string> told;
+    const auto observation = manager().observe([&] {
+        std::string seen = manager().defaultDeviceUID() + ":";
+        for (const OutputDevice& device : manager().availableDevices())
+            seen += " " + device.name;
+        told.push_back(seen);
+    });
+    const auto headphones = add("headphones", "Headphones");
+    EXPECT_THAT(told, IsEmpty()) << "before the main queue's turn";
+    fakes.runLoop.runUntilIdle();
+    EXPECT_THAT(told, ElementsAre("speakers: Headphones Speakers"));
+    server.setDefaultOutput(headphones);
+    fakes.runLoop.runUntilIdle();
+    server.renameDevice(headphones, "Zebra");
+    manager().refresh();
+    fakes.runLoop.runUntilIdle();
+    EXPECT_THAT(told, ElementsAre("speakers: Headphones Speakers",
+                                  "headphones: Headphones Speakers", "headphones: Speakers Zebra"));
+}
+
+TEST_F(OutputDevices, TellOnceOfADefaultThatGoesAlthoughTheSystemAnnouncesItTwice) {
+    add("headphones", "Headphones");
+    add("speakers", "Speakers");
+    static_cast<void>(devices());
+    int readings = 0;
+    int changes = 0;
+    const auto reading = manager().publishedDevices().observe([&](const auto&) { ++readings; });
+    const auto change = manager().observe([&] { ++changes; });
+    server.removeDevice(server.findDevice("headphones"));
+    fakes.runLoop.runUntilIdle();
+    EXPECT_EQ(readings, 2);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(manager().defaultDeviceUID(), "speakers");
+}
+
+TEST_F(OutputDevices, TellNobodyOfWhatIsTheSameOrOnceTheObservationHasEnded) {
+    add("speakers", "Speakers");
+    static_cast<void>(devices());
+    int changes = 0;
+    auto observation = manager().observe([&] { ++changes; });
+    manager().refresh();
+    fakes.runLoop.runUntilIdle();
+    EXPECT_EQ(changes, 0);
+    observation = Observation();
+    add("headphones", "Headphones");
+    EXPECT_THAT(names(), ElementsAre("Headphones", "Speakers"));
+    EXPECT_EQ(changes, 0);
+}
+
 /// Does something of its own while the default is read, once.
 class InterruptedServer final : public EmbeddedAudioServer {
 public:

@@ -63,6 +63,17 @@ TEST_F(EmbeddedDesktop, APolicyOfNoneMakesAProgramNoApplication) {
     EXPECT_THAT(processes.name(100), Optional(Eq("daemon")));
 }
 
+TEST_F(EmbeddedDesktop, AnIconThatIsSetStandsForTheApplicationEverywhere) {
+    server.addProgram({.pid = 100, .name = "Player", .bundleIdentifier = "org.example.player"});
+    server.addProgram({.pid = 101, .name = "Other", .bundleIdentifier = "org.example.other"});
+    const auto icon = std::make_shared<EmbeddedIcon>("a painted one");
+    workspace.setIcon("org.example.player", icon);
+    EXPECT_EQ(workspace.runningApplication(100)->icon, icon);
+    EXPECT_EQ(workspace.runningApplications().front().icon, icon);
+    EXPECT_EQ(installedIcon("org.example.player"), "a painted one");
+    EXPECT_EQ(installedIcon("org.example.other"), "org.example.other");
+}
+
 TEST_F(EmbeddedDesktop, AnExitTakesTheProgramOffTheDesktop) {
     const auto player = server.addProgram({.pid = 100, .name = "Player"});
     server.exitProgram(player);

@@ -3,6 +3,7 @@
 #include "core/discovery/AudioDiscovering.h"
 #include "core/discovery/OutputDeviceManaging.h"
 #include "core/persistence/SettingsStoring.h"
+#include "core/publishing/Observers.h"
 
 #include <functional>
 #include <map>
@@ -42,6 +43,16 @@ public:
     [[nodiscard]] const std::string& defaultDeviceUID() const override { return defaultUID; }
 
     void refresh() override {}
+
+    [[nodiscard]] Observation observe(std::function<void()> observer) override {
+        return changed_.observe(std::move(observer));
+    }
+
+    /// Tells the observers, as the devices do once they have changed.
+    void announce() { changed_.tell(); }
+
+private:
+    Observers<> changed_;
 };
 
 /// A settings store in memory, which writes down what is done to it.

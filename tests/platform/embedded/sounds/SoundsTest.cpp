@@ -1,4 +1,5 @@
 #include "platform/embedded/sounds/BasicSounds.h"
+#include "platform/embedded/sounds/GameLike.h"
 #include "platform/embedded/sounds/MusicLike.h"
 #include "platform/embedded/sounds/SpeechLike.h"
 
@@ -92,7 +93,7 @@ TEST(Sounds, ConstantsHoldPerChannel) {
     EXPECT_THAT(render(silence(), 2), ElementsAre(0, 0));
 }
 
-/// Speech and music, by seed.
+/// Speech, music and a game, by seed.
 struct Material {
     Sound (*make)(std::uint32_t seed);
     std::uint32_t channels;
@@ -121,7 +122,8 @@ TEST_P(LifelikeSounds, AreLoudEnoughAndNeverFullScale) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, LifelikeSounds,
-                         testing::Values(Material{speechLike, 1}, Material{musicLike, 2}));
+                         testing::Values(Material{speechLike, 1}, Material{musicLike, 2},
+                                         Material{gameLike, 2}));
 
 TEST(SpeechLike, PausesForBreath) {
     const auto played = render(speechLike(1), 48000 * 10);

@@ -1,0 +1,42 @@
+#include "app/drawing/Fonts.h"
+
+#include <QFontDatabase>
+#include <QStringList>
+#include <array>
+#include <stdexcept>
+#include <string>
+
+namespace orvanta {
+namespace {
+
+struct Font {
+    const char* file;
+    const char* family;
+};
+
+constexpr std::array kFonts{
+    Font{":/orvanta/fonts/Symbols.ttf", kSymbolFamily},
+    Font{":/orvanta/fonts/Figures-Medium.otf", kFigureFamily},
+    Font{":/orvanta/fonts/Figures-SemiBold.otf", kFigureFamily},
+};
+
+bool registerFonts() {
+    for (const Font& font : kFonts) {
+        const int id = QFontDatabase::addApplicationFont(font.file);
+        if (!QFontDatabase::applicationFontFamilies(id).contains(font.family)) {
+            throw std::runtime_error("The font file " + std::string(font.file) +
+                                     " is not a usable font of the family \"" + font.family +
+                                     "\".");
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+void loadFonts() {
+    // Not known when it throws, so the next call tries again.
+    [[maybe_unused]] static const bool areKnown = registerFonts();
+}
+
+} // namespace orvanta
