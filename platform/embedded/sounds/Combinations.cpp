@@ -1,6 +1,5 @@
 #include "platform/embedded/sounds/Combinations.h"
 
-#include "platform/embedded/sounds/BasicSounds.h"
 #include "platform/embedded/sounds/Envelope.h"
 
 #include <algorithm>
@@ -10,10 +9,6 @@
 namespace orvanta::embedded {
 
 namespace {
-
-std::unique_ptr<SoundSource> sourceOf(const Sound& sound) {
-    return sound ? sound() : silence()();
-}
 
 class Scaled final : public SoundSource {
 public:
@@ -121,24 +116,29 @@ bool Turns::isOn(double second) const noexcept {
     return off <= 0 || std::fmod(second - before, on + off) < on;
 }
 
-Sound scaled(Sound sound, float gain) {
+Sound scaled(const Sound& sound, float gain) {
+    if (!sound)
+        return {};
     return [=] {
-        return std::make_unique<Scaled>(sourceOf(sound), gain);
+        return std::make_unique<Scaled>(sound(), gain);
     };
 }
 
 Sound mixtureOf(std::vector<Sound> parts) {
+    std::erase_if(parts, [](const Sound& part) { return !part; });
     return [parts = std::move(parts)] {
         std::vector<std::unique_ptr<SoundSource>> sources;
         for (const Sound& part : parts)
-            sources.push_back(sourceOf(part));
+            sources.push_back(part());
         return std::make_unique<Mixture>(std::move(sources));
     };
 }
 
-Sound inTurns(Sound sound, Turns turns) {
+Sound inTurns(const Sound& sound, Turns turns) {
+    if (!sound)
+        return {};
     return [=] {
-        return std::make_unique<InTurns>(sourceOf(sound), turns);
+        return std::make_unique<InTurns>(sound(), turns);
     };
 }
 

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-/// Sounds made of other sounds.
+/// Sounds made of other sounds. Of silence comes silence.
 namespace orvanta::embedded {
 
 /// When something sounds: not before `before`, then `on` and `off` by turns. Seconds; a negative
@@ -18,7 +18,7 @@ struct Turns {
 };
 
 /// The sound, every sample of it multiplied with `gain`.
-Sound scaled(Sound sound, float gain);
+Sound scaled(const Sound& sound, float gain);
 
 /// All of them together, on two channels: what has a single one is heard on both, of what has more
 /// than two the first two are heard.
@@ -26,6 +26,6 @@ Sound mixtureOf(std::vector<Sound> parts);
 
 /// The sound in turns. It fades within milliseconds, and while it is silent it stands still, so
 /// that a speaker goes on where he has stopped.
-Sound inTurns(Sound sound, Turns turns);
+Sound inTurns(const Sound& sound, Turns turns);
 
 } // namespace orvanta::embedded

@@ -1,7 +1,6 @@
 #include "app/demo/DemoIcon.h"
 
 #include "app/demo/DemoProgram.h"
-#include "tests/app/support/GuiApplication.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -16,8 +15,6 @@ constexpr IconTile kGlobe{"globe", 0xFF00FFFFU, 0xFF0000FFU};
 
 class DemoIcons : public testing::Test {
 protected:
-    void SetUp() override { test::startGui(); }
-
     test::TemporaryDirectory directory;
 };
 

@@ -4,7 +4,6 @@
 #include "core/discovery/AudioProcessDiscovery.h"
 #include "core/engine/AudioTapManager.h"
 #include "core/platform/AudioProperties.h"
-#include "tests/app/support/GuiApplication.h"
 #include "tests/support/PlatformFakes.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Waiting.h"
@@ -29,7 +28,6 @@ using testing::UnorderedElementsAre;
 class Demo : public testing::Test {
 protected:
     void SetUp() override {
-        startGui();
         system = std::make_unique<DemoSystem>(fakes.runLoop, directory.path());
         discovery = std::make_unique<AudioProcessDiscovery>(platform());
     }

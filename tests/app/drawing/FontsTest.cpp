@@ -1,7 +1,6 @@
 #include "app/drawing/Fonts.h"
 
 #include "app/drawing/Symbols.h"
-#include "tests/app/support/GuiApplication.h"
 
 #include <gtest/gtest.h>
 
@@ -16,10 +15,7 @@ namespace {
 
 class Fonts : public testing::Test {
 protected:
-    void SetUp() override {
-        startGui();
-        loadFonts();
-    }
+    void SetUp() override { loadFonts(); }
 
     static QFont font(const char* family, QFont::Weight weight = QFont::Normal) {
         QFont result{QString(family)};
