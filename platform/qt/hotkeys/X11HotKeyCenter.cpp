@@ -4,18 +4,6 @@
 #include <utility>
 
 namespace orvanta {
-namespace {
-
-/// The highest bit of an event's type tells that another program made it up.
-constexpr std::uint8_t kEventType = 0x7F;
-
-/// The record that an event of this type begins with.
-template <class Record>
-const Record& as(const xcb_generic_event_t& event) {
-    return reinterpret_cast<const Record&>(event);
-}
-
-} // namespace
 
 std::unique_ptr<X11HotKeyCenter> X11HotKeyCenter::open(const std::string& display) {
     auto connection = X11Connection::open(display);
@@ -75,6 +63,12 @@ void X11HotKeyCenter::unregisterHotKey(Reference reference) {
         connection_->ungrab(*hotKey.mapped().grab);
 }
 
+bool X11HotKeyCenter::holds(std::uint8_t keycode, std::uint16_t state) const {
+    return std::any_of(hotKeys_.begin(), hotKeys_.end(), [&](const auto& each) {
+        return each.second.grab && each.second.grab->covers(keycode, state);
+    });
+}
+
 /// The display would let one program grab the same keys twice, and drop both together.
 bool X11HotKeyCenter::isOwn(const X11Grab& grab) const {
     return std::any_of(hotKeys_.begin(), hotKeys_.end(), [&](const auto& each) {
@@ -97,17 +91,17 @@ void X11HotKeyCenter::handleWaitingEvents() {
 }
 
 void X11HotKeyCenter::handle(const xcb_generic_event_t& event) {
-    switch (event.response_type & kEventType) {
+    switch (event.response_type & X11Connection::kEventType) {
     case XCB_KEY_PRESS:
-        handlePress(as<xcb_key_press_event_t>(event));
+        handlePress(X11Connection::as<xcb_key_press_event_t>(event));
         break;
     case XCB_KEY_RELEASE: {
-        const auto& release = as<xcb_key_release_event_t>(event);
+        const auto& release = X11Connection::as<xcb_key_release_event_t>(event);
         heldKeys_.release(release.detail, release.time);
         break;
     }
     case XCB_MAPPING_NOTIFY:
-        if (as<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER)
+        if (X11Connection::as<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER)
             hasKeyboardChanged_ = true;
         break;
     default:

@@ -34,6 +34,9 @@ public:
                             Reference& outReference) override;
     void unregisterHotKey(Reference reference) override;
 
+    /// Whether a press is one of its hot keys. `state` as an event tells it.
+    [[nodiscard]] bool holds(std::uint8_t keycode, std::uint16_t state) const;
+
 private:
     struct HotKey {
         KeyCombination combination;
