@@ -2,6 +2,7 @@
 
 #include "platform/qt/hotkeys/X11Keyboard.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -43,6 +44,9 @@ public:
     /// Of every screen.
     [[nodiscard]] const std::vector<xcb_window_t>& roots() const { return roots_; }
 
+    /// The screen on which the display's name puts windows; a place among the roots.
+    [[nodiscard]] std::size_t screen() const { return screen_; }
+
     /// Null when none waits. Answers to requests may have brought events in with them, which the
     /// descriptor does not tell of any more.
     [[nodiscard]] Event nextEvent();
@@ -62,9 +66,10 @@ private:
 
     using Handle = std::unique_ptr<xcb_connection_t, End>;
 
-    explicit X11Connection(Handle handle);
+    X11Connection(Handle handle, int screenNumber);
 
     Handle handle_;
+    std::size_t screen_;
     std::vector<xcb_window_t> roots_;
 };
 

@@ -19,13 +19,12 @@ std::unique_ptr<X11HotKeyCenter> X11HotKeyCenter::open(const std::string& displa
 X11HotKeyCenter::X11HotKeyCenter(std::unique_ptr<X11Connection> connection, X11Keyboard keyboard)
     : connection_(std::move(connection)),
       keyboard_(std::move(keyboard)),
-      notifier_(connection_->descriptor(), QSocketNotifier::Read) {
-    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_,
-                     [this] { handleWaitingEvents(); });
-    soonTimer_.setSingleShot(true);
-    QObject::connect(&soonTimer_, &QTimer::timeout, &soonTimer_, [this] { handleWaitingEvents(); });
-    handleEventsSoon();
-}
+      events_(
+          *connection_, [this](const xcb_generic_event_t& event) { handle(event); },
+          [this] {
+              if (std::exchange(hasKeyboardChanged_, false))
+                  adoptKeyboard();
+          }) {}
 
 OSStatus X11HotKeyCenter::installHandler(Handler handler, HandlerReference& outReference) {
     outReference = handlers_.add(std::move(handler));
@@ -47,7 +46,7 @@ OSStatus X11HotKeyCenter::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
     if (isOwn(*grab))
         return eventHotKeyExistsErr;
     const bool isGranted = connection_->grab(*grab);
-    handleEventsSoon();
+    events_.readSoon();
     if (!connection_->isAlive())
         return eventInternalErr;
     if (!isGranted)
@@ -74,20 +73,6 @@ bool X11HotKeyCenter::isOwn(const X11Grab& grab) const {
     return std::any_of(hotKeys_.begin(), hotKeys_.end(), [&](const auto& each) {
         return each.second.grab && each.second.grab->overlaps(grab);
     });
-}
-
-void X11HotKeyCenter::handleEventsSoon() {
-    soonTimer_.start();
-}
-
-void X11HotKeyCenter::handleWaitingEvents() {
-    while (const X11Connection::Event event = connection_->nextEvent())
-        handle(*event);
-    if (std::exchange(hasKeyboardChanged_, false))
-        adoptKeyboard();
-    // The socket of a dead display is ready for ever.
-    if (!connection_->isAlive())
-        notifier_.setEnabled(false);
 }
 
 void X11HotKeyCenter::handle(const xcb_generic_event_t& event) {
@@ -122,7 +107,7 @@ void X11HotKeyCenter::handlePress(const xcb_key_press_event_t& event) {
 /// Keys have changed places, or modifiers their meaning.
 void X11HotKeyCenter::adoptKeyboard() {
     auto keyboard = connection_->readKeyboard();
-    handleEventsSoon();
+    events_.readSoon();
     if (!keyboard)
         return;
     keyboard_ = std::move(*keyboard);

@@ -27,26 +27,15 @@ std::unique_ptr<X11KeyMonitor> X11KeyMonitor::open(const std::string& display,
 X11KeyMonitor::X11KeyMonitor(Display display, Elsewhere elsewhere)
     : display_(std::move(display)),
       elsewhere_(std::move(elsewhere)),
-      notifier_(display_.connection->descriptor(), QSocketNotifier::Read) {
-    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_,
-                     [this] { handleWaitingEvents(); });
-    soonTimer_.setSingleShot(true);
-    QObject::connect(&soonTimer_, &QTimer::timeout, &soonTimer_, [this] { handleWaitingEvents(); });
-    soonTimer_.start();
-}
+      events_(
+          *display_.connection, [this](const xcb_generic_event_t& event) { handle(event); },
+          [this] {
+              if (std::exchange(hasKeyboardChanged_, false))
+                  adoptKeyboard();
+          }) {}
 
 void X11KeyMonitor::addGlobalMonitor(Handler handler) {
     handlers_.push_back(std::move(handler));
-}
-
-void X11KeyMonitor::handleWaitingEvents() {
-    while (const X11Connection::Event event = display_.connection->nextEvent())
-        handle(*event);
-    if (std::exchange(hasKeyboardChanged_, false))
-        adoptKeyboard();
-    // The socket of a dead display is ready for ever.
-    if (!display_.connection->isAlive())
-        notifier_.setEnabled(false);
 }
 
 /// The display tells of a key before it tells what the key does to the modifiers.
@@ -75,7 +64,7 @@ void X11KeyMonitor::handleKey(const X11RawKeys::Key& key) {
 void X11KeyMonitor::adoptKeyboard() {
     if (auto keyboard = display_.connection->readKeyboard())
         display_.keyboard = std::move(*keyboard);
-    soonTimer_.start();
+    events_.readSoon();
 }
 
 } // namespace orvanta

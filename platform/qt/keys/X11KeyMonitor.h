@@ -3,12 +3,11 @@
 #include "core/platform/KeyMonitor.h"
 #include "platform/qt/hotkeys/HeldKeys.h"
 #include "platform/qt/hotkeys/X11Connection.h"
+#include "platform/qt/hotkeys/X11EventReader.h"
 #include "platform/qt/hotkeys/X11Keyboard.h"
 #include "platform/qt/keys/X11ModifierState.h"
 #include "platform/qt/keys/X11RawKeys.h"
 
-#include <QSocketNotifier>
-#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -47,7 +46,6 @@ private:
 
     X11KeyMonitor(Display display, Elsewhere elsewhere);
 
-    void handleWaitingEvents();
     void handle(const xcb_generic_event_t& event);
     void handleKey(const X11RawKeys::Key& key);
     void adoptKeyboard();
@@ -57,9 +55,7 @@ private:
     std::vector<Handler> handlers_;
     HeldKeys heldKeys_;
     bool hasKeyboardChanged_ = false;
-    QSocketNotifier notifier_;
-    /// Runs for what came in with an answer to a request, of which the descriptor does not tell.
-    QTimer soonTimer_;
+    X11EventReader events_;
 };
 
 } // namespace orvanta
