@@ -30,7 +30,7 @@ run=(
 # Besides the checks: an independent reader of audio files, a browser that plays, a display and a bus
 # of the tests' own, and who presses keys there.
 test=(
-    ccache chromium clang-format ffmpeg git python3
+    ccache chromium clang-format ffmpeg git openssl python3
     dbus openbox x11-xkb-utils xdotool xvfb
     at-spi2-core gir1.2-atspi-2.0 python3-pyatspi qml6-module-qttest trayer x11-utils
 )
