@@ -3,7 +3,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QTimer>
 #include <utility>
 
 namespace orvanta {
@@ -30,6 +29,8 @@ BusTray::BusTray(QDBusConnection sessionBus, std::function<void()> changed)
     : bus_(std::move(sessionBus)),
       changed_(std::move(changed)),
       ownerWatcher_(kService, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
+    answerTimer_.setSingleShot(true);
+    connect(&answerTimer_, &QTimer::timeout, this, &BusTray::receiveAnswer);
     connect(&ownerWatcher_, &QDBusServiceWatcher::serviceOwnerChanged, this, &BusTray::ask);
     askAt(kPath, kService, QStringLiteral("StatusNotifierHostRegistered"));
     askAt(kPath, kService, QStringLiteral("StatusNotifierHostUnregistered"));
@@ -46,10 +47,11 @@ void BusTray::askAt(const QString& path, const QString& interface, const QString
 void BusTray::ask() {
     const QDBusPendingCall answer = bus_.asyncCall(propertyQuestion(), kAnswerBoundMs);
     // An answer that is still on its way is to another question.
+    answerTimer_.stop();
     question_ = std::make_unique<QDBusPendingCallWatcher>(answer);
     if (answer.isFinished())
         // Without a bus the answer is there at once, and no watcher would be told of it.
-        QTimer::singleShot(0, question_.get(), [this] { receiveAnswer(); });
+        answerTimer_.start();
     else
         connect(question_.get(), &QDBusPendingCallWatcher::finished, this, &BusTray::receiveAnswer);
 }

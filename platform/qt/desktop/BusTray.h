@@ -4,6 +4,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QObject>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -35,6 +36,8 @@ private:
     const std::function<void()> changed_;
     QDBusServiceWatcher ownerWatcher_;
     std::unique_ptr<QDBusPendingCallWatcher> question_;
+    /// For an answer of which nobody will be told.
+    QTimer answerTimer_;
     std::optional<bool> isThere_;
 };
 

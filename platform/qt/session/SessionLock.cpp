@@ -24,7 +24,7 @@ SessionLock::~SessionLock() {
         ::close(descriptor_);
 }
 
-SessionLock::State SessionLock::take() {
+SessionLock::State SessionLock::take() const {
     if (descriptor_ < 0)
         return State::impossible;
     while (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {

@@ -21,7 +21,7 @@ public:
     ~SessionLock();
 
     /// Takes the lock unless somebody has it; does not wait.
-    [[nodiscard]] State take();
+    [[nodiscard]] State take() const;
 
 private:
     const std::filesystem::path file_;

@@ -52,6 +52,8 @@ void SingleInstance::listen() {
     QLocalServer::removeServer(socket_);
     server_.emplace();
     server_->setSocketOptions(QLocalServer::UserAccessOption);
+    showTimer_.setSingleShot(true);
+    QObject::connect(&showTimer_, &QTimer::timeout, show_);
     QObject::connect(&*server_, &QLocalServer::newConnection, &*server_, [this] {
         while (QLocalSocket* const visitor = server_->nextPendingConnection())
             welcome(*visitor);
@@ -65,8 +67,10 @@ void SingleInstance::welcome(QLocalSocket& visitor) {
     QObject::connect(&visitor, &QLocalSocket::readyRead, &visitor,
                      [this, &visitor] { hear(visitor); });
     // Nobody stays without a word.
-    QTimer::singleShot(inMilliseconds(settings_.patience), &visitor,
-                       [&visitor] { visitor.abort(); });
+    auto* const patience = new QTimer(&visitor);
+    patience->setSingleShot(true);
+    QObject::connect(patience, &QTimer::timeout, &visitor, [&visitor] { visitor.abort(); });
+    patience->start(inMilliseconds(settings_.patience));
     hear(visitor);
 }
 
@@ -85,7 +89,7 @@ void SingleInstance::hear(QLocalSocket& visitor) {
     visitor.flush();
     visitor.disconnectFromServer();
     // Later: it may end this object, and the visitor with it.
-    QTimer::singleShot(0, &*server_, show_);
+    showTimer_.start();
 }
 
 fs::path sessionFolder(const char* xdgRuntimeDir, const fs::path& settingsFolder) {

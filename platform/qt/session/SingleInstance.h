@@ -6,6 +6,7 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QString>
+#include <QTimer>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -35,7 +36,8 @@ public:
         Seconds patience{3.0};
     };
 
-    /// `show` is called from the event loop for each start after this one.
+    /// `show` is called from the event loop after each later start, once for several at one moment.
+    /// It may end this object.
     SingleInstance(Settings settings, std::function<void()> show);
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
@@ -55,6 +57,7 @@ private:
     SessionLock lock_;
     /// Ends before the lock does: its file is gone when the next first one makes its own.
     std::optional<QLocalServer> server_;
+    QTimer showTimer_;
     Start start_;
 };
 

@@ -101,8 +101,7 @@ TEST_F(ASingleInstance, IsOneAmongManyThatStartAtOnce) {
     }
     EXPECT_EQ(heard, kStarts - 1);
     ASSERT_NE(first, nullptr);
-    for (int start = 1; start < kStarts; ++start)
-        EXPECT_EQ(first->readLine(kAnswerBound), "show");
+    EXPECT_EQ(first->readLine(kAnswerBound), "show");
 }
 
 TEST_F(ASingleInstance, IsFollowedByTheNextOneWhenItHasEnded) {
