@@ -10,7 +10,7 @@ build=(
     libavcodec-dev libavformat-dev libavutil-dev
     libbenchmark-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
     libpipewire-0.3-dev librapidcheck-dev libsndfile1-dev libsodium-dev libspa-0.2-dev
-    libsqlite3-dev libxcb1-dev nlohmann-json3-dev
+    libsqlite3-dev libxcb-xinput-dev libxcb-xkb-dev libxcb1-dev nlohmann-json3-dev
     qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools
     # The compiler of the views looks at these too, or compiles nothing.
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
@@ -30,7 +30,7 @@ run=(
 # Besides the checks: an independent reader of audio files, a browser that plays, a display and a bus
 # of the tests' own, and who presses keys there.
 test=(
-    ccache chromium clang-format ffmpeg git python3
+    ccache chromium clang-format ffmpeg git openssl python3
     dbus openbox x11-xkb-utils xdotool xvfb
     at-spi2-core gir1.2-atspi-2.0 python3-pyatspi qml6-module-qttest trayer x11-utils
 )

@@ -1,10 +1,10 @@
 #include "app/update/Appcast.h"
 
 #include "app/update/VersionOrder.h"
+#include "app/update/WebAddress.h"
 
 #include <QByteArray>
 #include <QString>
-#include <QUrl>
 #include <QXmlStreamReader>
 #include <algorithm>
 #include <utility>
@@ -18,14 +18,6 @@ constexpr QLatin1String kSystem("linux");
 
 std::string textOf(const QString& text) {
     return text.trimmed().toStdString();
-}
-
-/// Empty for anything but an address on the web at which nobody can answer in another's place.
-std::string webAddress(const QString& text) {
-    const QUrl address(text.trimmed(), QUrl::StrictMode);
-    const bool isSafe = address.isValid() && address.scheme() == QLatin1String("https") &&
-                        !address.host().isEmpty();
-    return isSafe ? address.toString(QUrl::FullyEncoded).toStdString() : std::string();
 }
 
 /// Reads one item after the other.
@@ -72,7 +64,8 @@ private:
             readEnclosure();
             xml_.skipCurrentElement();
         } else if (isPlain(QLatin1String("link"))) {
-            item_.page = webAddress(xml_.readElementText(QXmlStreamReader::SkipChildElements));
+            item_.page =
+                safeWebAddress(textOf(xml_.readElementText(QXmlStreamReader::SkipChildElements)));
         } else if (isOurs(QLatin1String("version"))) {
             item_.version = textOf(xml_.readElementText(QXmlStreamReader::SkipChildElements));
         } else if (isOurs(QLatin1String("shortVersionString"))) {
@@ -93,7 +86,7 @@ private:
             return;
         const std::string signature = ours(QLatin1String("edSignature"));
         if (item_.file.empty() && !signature.empty()) {
-            item_.file = webAddress(attributes.value(QLatin1String("url")).toString());
+            item_.file = safeWebAddress(textOf(attributes.value(QLatin1String("url")).toString()));
             item_.fileSize = std::max(attributes.value(QLatin1String("length")).toLongLong(), 0LL);
             item_.signature = signature;
         }

@@ -33,4 +33,8 @@ bool isSigned(std::span<const std::byte> content, std::string_view signature,
                                        keyBytes->data()) == 0;
 }
 
+bool isPublicKey(std::string_view publicKey) {
+    return decoded<crypto_sign_PUBLICKEYBYTES>(publicKey).has_value();
+}
+
 } // namespace orvanta

@@ -11,4 +11,7 @@ namespace orvanta {
 [[nodiscard]] bool isSigned(std::span<const std::byte> content, std::string_view signature,
                             std::string_view publicKey);
 
+/// Whether it is a key at all that somebody could hold.
+[[nodiscard]] bool isPublicKey(std::string_view publicKey);
+
 } // namespace orvanta

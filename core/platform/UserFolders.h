@@ -10,6 +10,7 @@ namespace orvanta {
 struct UserFolders {
     std::optional<std::filesystem::path> music = std::nullopt;
     std::optional<std::filesystem::path> documents = std::nullopt;
+    std::optional<std::filesystem::path> downloads = std::nullopt;
     std::filesystem::path temporary{};
 };
 

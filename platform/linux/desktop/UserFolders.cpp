@@ -19,6 +19,7 @@ constexpr std::size_t kLargestFile = 1U << 16U;
 
 constexpr const char* kMusicKey = "XDG_MUSIC_DIR";
 constexpr const char* kDocumentsKey = "XDG_DOCUMENTS_DIR";
+constexpr const char* kDownloadsKey = "XDG_DOWNLOAD_DIR";
 
 /// What the shell makes of a quoted word without variables: a backslash stands for the character
 /// behind it. Nothing when the first quote that is not escaped does not end the value.
@@ -89,6 +90,7 @@ UserFolders userFoldersOf(const DesktopFolders& desktop) {
     };
     return {.music = folder(kMusicKey, "Music"),
             .documents = folder(kDocumentsKey, "Documents"),
+            .downloads = folder(kDownloadsKey, "Downloads"),
             .temporary = temporaryFolder()};
 }
 

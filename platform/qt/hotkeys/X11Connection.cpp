@@ -19,13 +19,15 @@ void forEachPress(const std::vector<xcb_window_t>& roots, const X11Grab& grab, W
 } // namespace
 
 std::unique_ptr<X11Connection> X11Connection::open(const std::string& display) {
-    Handle handle(xcb_connect(display.c_str(), nullptr));
+    int screen = 0;
+    Handle handle(xcb_connect(display.c_str(), &screen));
     if (xcb_connection_has_error(handle.get()) != 0)
         return nullptr;
-    return std::unique_ptr<X11Connection>(new X11Connection(std::move(handle)));
+    return std::unique_ptr<X11Connection>(new X11Connection(std::move(handle), screen));
 }
 
-X11Connection::X11Connection(Handle handle) : handle_(std::move(handle)) {
+X11Connection::X11Connection(Handle handle, int screenNumber)
+    : handle_(std::move(handle)), screen_(static_cast<std::size_t>(screenNumber)) {
     auto screen = xcb_setup_roots_iterator(xcb_get_setup(handle_.get()));
     for (; screen.rem > 0; xcb_screen_next(&screen))
         roots_.push_back(screen.data->root);

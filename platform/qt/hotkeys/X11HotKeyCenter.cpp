@@ -4,18 +4,6 @@
 #include <utility>
 
 namespace orvanta {
-namespace {
-
-/// The highest bit of an event's type tells that another program made it up.
-constexpr std::uint8_t kEventType = 0x7F;
-
-/// The record that an event of this type begins with.
-template <class Record>
-const Record& as(const xcb_generic_event_t& event) {
-    return reinterpret_cast<const Record&>(event);
-}
-
-} // namespace
 
 std::unique_ptr<X11HotKeyCenter> X11HotKeyCenter::open(const std::string& display) {
     auto connection = X11Connection::open(display);
@@ -31,13 +19,12 @@ std::unique_ptr<X11HotKeyCenter> X11HotKeyCenter::open(const std::string& displa
 X11HotKeyCenter::X11HotKeyCenter(std::unique_ptr<X11Connection> connection, X11Keyboard keyboard)
     : connection_(std::move(connection)),
       keyboard_(std::move(keyboard)),
-      notifier_(connection_->descriptor(), QSocketNotifier::Read) {
-    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_,
-                     [this] { handleWaitingEvents(); });
-    soonTimer_.setSingleShot(true);
-    QObject::connect(&soonTimer_, &QTimer::timeout, &soonTimer_, [this] { handleWaitingEvents(); });
-    handleEventsSoon();
-}
+      events_(
+          *connection_, [this](const xcb_generic_event_t& event) { handle(event); },
+          [this] {
+              if (std::exchange(hasKeyboardChanged_, false))
+                  adoptKeyboard();
+          }) {}
 
 OSStatus X11HotKeyCenter::installHandler(Handler handler, HandlerReference& outReference) {
     outReference = handlers_.add(std::move(handler));
@@ -59,7 +46,7 @@ OSStatus X11HotKeyCenter::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
     if (isOwn(*grab))
         return eventHotKeyExistsErr;
     const bool isGranted = connection_->grab(*grab);
-    handleEventsSoon();
+    events_.readSoon();
     if (!connection_->isAlive())
         return eventInternalErr;
     if (!isGranted)
@@ -75,6 +62,12 @@ void X11HotKeyCenter::unregisterHotKey(Reference reference) {
         connection_->ungrab(*hotKey.mapped().grab);
 }
 
+bool X11HotKeyCenter::holds(std::uint8_t keycode, std::uint16_t state) const {
+    return std::any_of(hotKeys_.begin(), hotKeys_.end(), [&](const auto& each) {
+        return each.second.grab && each.second.grab->covers(keycode, state);
+    });
+}
+
 /// The display would let one program grab the same keys twice, and drop both together.
 bool X11HotKeyCenter::isOwn(const X11Grab& grab) const {
     return std::any_of(hotKeys_.begin(), hotKeys_.end(), [&](const auto& each) {
@@ -82,32 +75,18 @@ bool X11HotKeyCenter::isOwn(const X11Grab& grab) const {
     });
 }
 
-void X11HotKeyCenter::handleEventsSoon() {
-    soonTimer_.start();
-}
-
-void X11HotKeyCenter::handleWaitingEvents() {
-    while (const X11Connection::Event event = connection_->nextEvent())
-        handle(*event);
-    if (std::exchange(hasKeyboardChanged_, false))
-        adoptKeyboard();
-    // The socket of a dead display is ready for ever.
-    if (!connection_->isAlive())
-        notifier_.setEnabled(false);
-}
-
 void X11HotKeyCenter::handle(const xcb_generic_event_t& event) {
-    switch (event.response_type & kEventType) {
+    switch (event.response_type & X11Connection::kEventType) {
     case XCB_KEY_PRESS:
-        handlePress(as<xcb_key_press_event_t>(event));
+        handlePress(X11Connection::as<xcb_key_press_event_t>(event));
         break;
     case XCB_KEY_RELEASE: {
-        const auto& release = as<xcb_key_release_event_t>(event);
+        const auto& release = X11Connection::as<xcb_key_release_event_t>(event);
         heldKeys_.release(release.detail, release.time);
         break;
     }
     case XCB_MAPPING_NOTIFY:
-        if (as<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER)
+        if (X11Connection::as<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER)
             hasKeyboardChanged_ = true;
         break;
     default:
@@ -128,7 +107,7 @@ void X11HotKeyCenter::handlePress(const xcb_key_press_event_t& event) {
 /// Keys have changed places, or modifiers their meaning.
 void X11HotKeyCenter::adoptKeyboard() {
     auto keyboard = connection_->readKeyboard();
-    handleEventsSoon();
+    events_.readSoon();
     if (!keyboard)
         return;
     keyboard_ = std::move(*keyboard);

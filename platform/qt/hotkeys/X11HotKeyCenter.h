@@ -5,10 +5,9 @@
 #include "platform/qt/hotkeys/HotKeyHandlers.h"
 #include "platform/qt/hotkeys/KeyCombination.h"
 #include "platform/qt/hotkeys/X11Connection.h"
+#include "platform/qt/hotkeys/X11EventReader.h"
 #include "platform/qt/hotkeys/X11Keyboard.h"
 
-#include <QSocketNotifier>
-#include <QTimer>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -34,6 +33,9 @@ public:
                             Reference& outReference) override;
     void unregisterHotKey(Reference reference) override;
 
+    /// Whether a press is one of its hot keys. `state` as an event tells it.
+    [[nodiscard]] bool holds(std::uint8_t keycode, std::uint16_t state) const;
+
 private:
     struct HotKey {
         KeyCombination combination;
@@ -46,12 +48,9 @@ private:
     X11HotKeyCenter(std::unique_ptr<X11Connection> connection, X11Keyboard keyboard);
 
     [[nodiscard]] bool isOwn(const X11Grab& grab) const;
-    void handleWaitingEvents();
     void handle(const xcb_generic_event_t& event);
     void handlePress(const xcb_key_press_event_t& event);
     void adoptKeyboard();
-    /// What came in with an answer to a request is not left lying.
-    void handleEventsSoon();
 
     const std::unique_ptr<X11Connection> connection_;
     X11Keyboard keyboard_;
@@ -60,8 +59,7 @@ private:
     std::uint64_t lastReference_ = 0;
     HeldKeys heldKeys_;
     bool hasKeyboardChanged_ = false;
-    QSocketNotifier notifier_;
-    QTimer soonTimer_;
+    X11EventReader events_;
 };
 
 } // namespace orvanta

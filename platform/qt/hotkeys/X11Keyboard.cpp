@@ -59,6 +59,30 @@ std::optional<X11Grab> X11Keyboard::grabFor(const KeyCombination& combination) c
     return grab;
 }
 
+std::uint32_t X11Keyboard::modifiersIn(std::uint16_t state) const {
+    const std::initializer_list<std::pair<std::uint32_t, unsigned>> bits{
+        {kShiftModifier, kShiftState},
+        {kControlModifier, kControlState},
+        {kCommandModifier, modifierOf(kSuperLeftKeysym) | modifierOf(kSuperRightKeysym)},
+        {kOptionModifier, modifierOf(kAltLeftKeysym) | modifierOf(kAltRightKeysym)}};
+    std::uint32_t modifiers = 0;
+    for (const auto& [modifier, bit] : bits)
+        if ((state & bit) != 0)
+            modifiers |= modifier;
+    return modifiers;
+}
+
+std::uint32_t X11Keyboard::plainKeysym(std::uint8_t keycode) const {
+    if (keycode < mapping_.firstKeycode)
+        return 0;
+    const auto keysyms = keysymsOf(static_cast<std::size_t>(keycode - mapping_.firstKeycode));
+    return keysyms.empty() ? 0 : keysyms.front();
+}
+
+bool X11Keyboard::hasCapsLock(std::uint16_t state) {
+    return (state & kCapsLockState) != 0;
+}
+
 /// A key may say the same in several layouts, and other keys on some high level: those are meant
 /// that say it in the first layout, plain or, as keypads do, on the second level.
 std::vector<std::uint8_t> X11Keyboard::keycodesOf(std::uint32_t keysym) const {

@@ -41,6 +41,15 @@ public:
     /// Nothing when the keyboard lacks the key or one of the modifiers.
     [[nodiscard]] std::optional<X11Grab> grabFor(const KeyCombination& combination) const;
 
+    /// Carbon's bits of what is on in an event's state; the lock keys are none of them.
+    [[nodiscard]] std::uint32_t modifiersIn(std::uint16_t state) const;
+
+    /// What the key says without modifiers in the first layout; 0 for nothing.
+    [[nodiscard]] std::uint32_t plainKeysym(std::uint8_t keycode) const;
+
+    /// Whether Caps Lock is on in an event's state.
+    [[nodiscard]] static bool hasCapsLock(std::uint16_t state);
+
 private:
     [[nodiscard]] std::vector<std::uint8_t> keycodesOf(std::uint32_t keysym) const;
     /// What a key says, counted from the first one. Nothing for one that is not told.

@@ -26,7 +26,7 @@ DesktopSession DesktopSession::ofEnvironment() {
 std::unique_ptr<HotKeyCenter> makeHotKeyCenter(const DesktopSession& session,
                                                const QDBusConnection& bus, SystemLog& log,
                                                HotKeyDescriptions descriptions) {
-    if (!session.waylandDisplay.empty() || session.sessionType == "wayland")
+    if (session.isWayland())
         return std::make_unique<PortalHotKeyCenter>(bus, log, std::move(descriptions));
     if (!session.display.empty())
         if (auto center = X11HotKeyCenter::open(session.display))

@@ -16,6 +16,11 @@ struct DesktopSession {
     std::string sessionType = {};    ///< XDG_SESSION_TYPE
     std::string display = {};        ///< DISPLAY
 
+    /// An X display, if there is one too, shows what X programs are shown only.
+    [[nodiscard]] bool isWayland() const {
+        return !waylandDisplay.empty() || sessionType == "wayland";
+    }
+
     [[nodiscard]] static DesktopSession ofEnvironment();
 };
 

@@ -1,49 +1,19 @@
 #include "app/update/Signature.h"
 
+#include "tests/app/update/support/Publisher.h"
+
 #include <gtest/gtest.h>
 
-#include <array>
-#include <sodium.h>
+#include <cstddef>
+#include <span>
 #include <string>
-#include <vector>
 
-namespace orvanta {
+namespace orvanta::test {
 namespace {
 
 std::span<const std::byte> bytesOf(const std::string& text) {
     return std::as_bytes(std::span(text));
 }
-
-template <std::size_t size>
-std::string base64(const std::array<unsigned char, size>& bytes) {
-    std::string text(sodium_base64_ENCODED_LEN(size, sodium_base64_VARIANT_ORIGINAL), '\0');
-    sodium_bin2base64(text.data(), text.size(), bytes.data(), size, sodium_base64_VARIANT_ORIGINAL);
-    text.pop_back();
-    return text;
-}
-
-/// Somebody who signs.
-class Publisher {
-public:
-    Publisher() {
-        EXPECT_GE(sodium_init(), 0);
-        crypto_sign_keypair(publicKey_.data(), secretKey_.data());
-    }
-
-    [[nodiscard]] std::string publicKey() const { return base64(publicKey_); }
-
-    [[nodiscard]] std::string signatureOf(const std::string& content) const {
-        std::array<unsigned char, crypto_sign_BYTES> signature{};
-        const std::vector<unsigned char> bytes(content.begin(), content.end());
-        crypto_sign_detached(signature.data(), nullptr, bytes.data(), bytes.size(),
-                             secretKey_.data());
-        return base64(signature);
-    }
-
-private:
-    std::array<unsigned char, crypto_sign_PUBLICKEYBYTES> publicKey_{};
-    std::array<unsigned char, crypto_sign_SECRETKEYBYTES> secretKey_{};
-};
 
 const std::string kContent = "the program, version 2";
 
@@ -85,6 +55,14 @@ TEST(Signature, IsRefusedWhenItOrTheKeyIsMalformed) {
         EXPECT_FALSE(isSigned(bytesOf(kContent), signature, broken)) << broken;
 }
 
+TEST(Signature, NeedsAKeyThatIsOne) {
+    const std::string key = Publisher().publicKey();
+    EXPECT_TRUE(isPublicKey(key));
+    for (const std::string& broken :
+         {std::string(), std::string("no base64!"), key.substr(4), key + "AAAA"})
+        EXPECT_FALSE(isPublicKey(broken)) << broken;
+}
+
 TEST(Signature, IsThatOfThePublishedExamples) {
     // RFC 8032, section 7.1, the second test: the one byte 0x72.
     EXPECT_TRUE(isSigned(bytesOf("r"),
@@ -94,4 +72,4 @@ TEST(Signature, IsThatOfThePublishedExamples) {
 }
 
 } // namespace
-} // namespace orvanta
+} // namespace orvanta::test

@@ -42,16 +42,19 @@ TEST_F(UserFoldersTest, AreTheUsualOnesWithoutAFile) {
     const auto folders = userFoldersOf(desktop_);
     EXPECT_EQ(folders.music, kConventionalMusic);
     EXPECT_EQ(folders.documents, "/home/anna/Documents");
+    EXPECT_EQ(folders.downloads, "/home/anna/Downloads");
 }
 
 TEST_F(UserFoldersTest, AreWhatTheUserHasChosen) {
     write("# This file is written by a tool\n"
           "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n"
           "XDG_MUSIC_DIR=\"$HOME/Musik\"\n"
-          "XDG_DOCUMENTS_DIR=\"/srv/anna/Dokumente\"\n");
+          "XDG_DOCUMENTS_DIR=\"/srv/anna/Dokumente\"\n"
+          "XDG_DOWNLOAD_DIR=\"$HOME/Heruntergeladen\"\n");
     const auto folders = userFoldersOf(desktop_);
     EXPECT_EQ(folders.music, "/home/anna/Musik");
     EXPECT_EQ(folders.documents, "/srv/anna/Dokumente");
+    EXPECT_EQ(folders.downloads, "/home/anna/Heruntergeladen");
 }
 
 TEST_F(UserFoldersTest, AreEachTheUsualOneWhereTheFileDoesNotNameIt) {
