@@ -1,6 +1,7 @@
 #include "app/drawing/Fonts.h"
 
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QStringList>
 #include <array>
 #include <stdexcept>
@@ -14,8 +15,11 @@ struct Font {
     const char* family;
 };
 
+constexpr int kTextSize = 11;
+
 constexpr std::array kFonts{
     Font{":/orvanta/fonts/Symbols.ttf", kSymbolFamily},
+    Font{":/orvanta/fonts/Figures-Regular.otf", kFigureFamily},
     Font{":/orvanta/fonts/Figures-Medium.otf", kFigureFamily},
     Font{":/orvanta/fonts/Figures-SemiBold.otf", kFigureFamily},
 };
@@ -29,6 +33,9 @@ bool registerFonts() {
                                      "\".");
         }
     }
+    QFont text(kTextFamily);
+    text.setPixelSize(kTextSize);
+    QGuiApplication::setFont(text);
     return true;
 }
 

@@ -2,12 +2,14 @@
 
 namespace orvanta {
 
+/// The family of all other text, which the system has.
+inline constexpr const char* kTextFamily = "Inter";
 /// The family of the symbols: in it, the text that `glyphOf` answers is drawn as the symbol.
 inline constexpr const char* kSymbolFamily = "Framework7 Icons";
 /// The family of read-outs, whose figures are all of one width.
 inline constexpr const char* kFigureFamily = "Orvanta Figures";
 
-/// Makes both families known to the toolkit, once; later calls do nothing. Main thread, with a
+/// Makes these families known to the toolkit and text its font, once; later calls do nothing. Main thread, with a
 /// QGuiApplication. Throws std::runtime_error, which names the font that cannot be used.
 void loadFonts();
 

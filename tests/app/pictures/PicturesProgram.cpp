@@ -265,6 +265,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         const QGuiApplication application(argc, argv);
         return orvanta::test::run(argv[1]);
     } catch (const std::exception& failure) {

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "app/shell/BundleInfo.h"
+#include "core/platform/UserFolders.h"
+
+#include <filesystem>
+#include <string>
+
+namespace orvanta {
+
+/// Who a program is on the user's desktop, and where it keeps what is its own: two of different
+/// identities know nothing of each other.
+struct ProgramIdentity {
+    std::string domain; ///< of its settings, its messages and its entry among what the session starts
+    BundleInfo bundle;
+    std::filesystem::path settingsFile;
+    /// Where its crash reports go.
+    std::filesystem::path home;
+    UserFolders folders;
+    /// What its files in the session's folder begin with.
+    std::string instanceName;
+    /// Whether it takes programs' sound from the session's server, which one process may.
+    bool ownsSession = true;
+    /// Whether it may be started with the session.
+    bool canLaunchAtLogin = true;
+
+    /// The mixer.
+    [[nodiscard]] static ProgramIdentity ofMixer();
+    /// The demonstration: all that it keeps is in one folder of its own.
+    [[nodiscard]] static ProgramIdentity ofDemo();
+};
+
+} // namespace orvanta

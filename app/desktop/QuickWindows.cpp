@@ -1,0 +1,137 @@
+#include "app/desktop/QuickWindows.h"
+
+#include "app/shell/WindowNames.h"
+
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QScreen>
+#include <array>
+#include <stdexcept>
+
+namespace orvanta {
+namespace {
+
+constexpr auto kModule = "qrc:/qt/qml/Orvanta/";
+
+struct WindowFile {
+    WindowName name;
+    const char* file;
+};
+
+constexpr std::array kWindowFiles{
+    WindowFile{kAboutWindow, "welcome/AboutWindow.qml"},
+    WindowFile{kOnboardingWindow, "welcome/OnboardingWindow.qml"},
+    WindowFile{kConsoleWindow, "shell/CommandCenterWindowHost.qml"},
+};
+
+void centre(QWindow& window) {
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr)
+        return;
+    const QRect space = screen->availableGeometry();
+    window.setPosition(space.x() + (space.width() - window.width()) / 2,
+                       space.y() + (space.height() - window.height()) / 2);
+}
+
+void bringToFront(QWindow& window) {
+    if (window.visibility() == QWindow::Minimized)
+        window.showNormal();
+    else
+        window.show();
+    window.raise();
+    window.requestActivate();
+}
+
+} // namespace
+
+QuickWindows::QuickWindows(QQmlEngine& engine) : engine_(engine) {}
+
+QuickWindows::~QuickWindows() {
+    for (const auto& window : open_)
+        delete window.data();
+}
+
+void QuickWindows::give(const QString& name, QObject& bridge) {
+    bridges_.insert(name, QVariant::fromValue(&bridge));
+}
+
+QQuickWindow& QuickWindows::makePanel() {
+    panel_.reset(make("shell/PopoverWithHotkey.qml"));
+    return *panel_;
+}
+
+QQuickWindow* QuickWindows::make(const QString& file) {
+    QQmlComponent component(&engine_, QUrl(kModule + file));
+    QObject* const made =
+        component.isReady() ? component.createWithInitialProperties(bridges_) : nullptr;
+    auto* const window = qobject_cast<QQuickWindow*>(made);
+    if (window == nullptr)
+        throw std::runtime_error(component.errorString().toStdString());
+    return window;
+}
+
+void QuickWindows::open(std::string_view identifier) {
+    for (const WindowFile& each : kWindowFiles) {
+        if (each.name.identifier != identifier)
+            continue;
+        if (auto* const present = find(each.name.title)) {
+            bringToFront(*present);
+            return;
+        }
+        QQuickWindow* const window = make(each.file);
+        open_.emplace_back(window);
+        connect(window, &QWindow::visibleChanged, this, [window](bool isVisible) {
+            if (!isVisible)
+                window->deleteLater();
+        });
+        centre(*window);
+        bringToFront(*window);
+    }
+}
+
+QQuickWindow* QuickWindows::find(std::string_view title) const {
+    const auto wanted = QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+    for (const auto& window : open_)
+        if (window && window->isVisible() && window->title() == wanted)
+            return window;
+    return nullptr;
+}
+
+std::vector<std::string> QuickWindows::titles() const {
+    std::vector<std::string> titles;
+    if (panel_)
+        titles.push_back(panel_->title().toStdString());
+    for (const auto& window : open_)
+        if (window && window->isVisible())
+            titles.push_back(window->title().toStdString());
+    return titles;
+}
+
+void QuickWindows::close(std::string_view title) {
+    if (auto* const window = find(title))
+        window->close();
+}
+
+void QuickWindows::makeKeyAndOrderFront(std::string_view title) {
+    if (auto* const window = find(title))
+        bringToFront(*window);
+}
+
+void QuickWindows::closeKeyWindow() {
+    // An assistive tool presses buttons of a window that need not have the keyboard.
+    QWindow* const window = QGuiApplication::focusWindow();
+    if (window != nullptr && window != panel_.get())
+        window->close();
+    else if (hidePanel_)
+        hidePanel_();
+}
+
+void QuickWindows::activateIgnoringOtherApps() {
+    for (auto each = open_.rbegin(); each != open_.rend(); ++each)
+        if (*each && (*each)->isVisible()) {
+            bringToFront(**each);
+            return;
+        }
+}
+
+} // namespace orvanta

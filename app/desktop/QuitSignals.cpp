@@ -1,0 +1,37 @@
+#include "app/desktop/QuitSignals.h"
+
+#include <cerrno>
+#include <sys/signalfd.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace orvanta {
+
+QuitSignals::QuitSignals() {
+    sigemptyset(&signals_);
+    sigaddset(&signals_, SIGINT);
+    sigaddset(&signals_, SIGTERM);
+    sigaddset(&signals_, SIGHUP);
+    descriptor_ = signalfd(-1, &signals_, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (descriptor_ < 0)
+        throw std::system_error(errno, std::generic_category(), "cannot watch for signals");
+    pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
+}
+
+QuitSignals::~QuitSignals() {
+    notifier_.reset();
+    close(descriptor_);
+}
+
+void QuitSignals::listen(std::function<void()> quit) {
+    quit_ = std::move(quit);
+    notifier_.emplace(descriptor_, QSocketNotifier::Read);
+    QObject::connect(&*notifier_, &QSocketNotifier::activated, [this] {
+        signalfd_siginfo signal{};
+        while (read(descriptor_, &signal, sizeof signal) == sizeof signal)
+            quit_();
+    });
+}
+
+} // namespace orvanta

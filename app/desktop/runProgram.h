@@ -1,0 +1,25 @@
+#pragma once
+
+#include "app/desktop/MainRunLoop.h"
+#include "app/desktop/ProgramIdentity.h"
+#include "app/desktop/SoundSystem.h"
+#include "core/platform/SystemLog.h"
+
+#include <functional>
+#include <memory>
+
+namespace orvanta {
+
+/// Makes the sound system once the toolkit and the main queue are there.
+using MakeSoundSystem =
+    std::function<std::unique_ptr<SoundSystem>(RunLoop& mainRunLoop, SystemLog& log)>;
+
+/// A program from its start to its end, in the order that a crash at any moment leaves a trace and a
+/// second start changes nothing. What goes wrong is told in a sentence on standard error.
+///
+/// Exit codes: 0 when it has quit, or has shown the one that runs already; 1 when it cannot run; 2
+/// for options that are none; 3 when another mixer has the session.
+int runProgram(int argc, char** argv, const ProgramIdentity& identity,
+               const MakeSoundSystem& makeSoundSystem);
+
+} // namespace orvanta
