@@ -90,6 +90,8 @@ OrvantaDeskApp::~OrvantaDeskApp() {
     for (const std::int32_t pid : recording)
         viewModel_->stopRecording(pid);
     HotkeyManager::releaseCurrent();
+    panel_.reset();
+    windows_.clear();
 }
 
 Platform OrvantaDeskApp::platform() {

@@ -47,8 +47,14 @@ void bringToFront(QWindow& window) {
 QuickWindows::QuickWindows(QQmlEngine& engine) : engine_(engine) {}
 
 QuickWindows::~QuickWindows() {
+    clear();
+}
+
+void QuickWindows::clear() {
     for (const auto& window : open_)
         delete window.data();
+    open_.clear();
+    panel_.reset();
 }
 
 void QuickWindows::give(const QString& name, QObject& bridge) {

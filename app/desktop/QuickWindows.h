@@ -29,6 +29,8 @@ public:
     /// Makes the panel's window; lasts as long as this. Throws std::runtime_error with the engine's
     /// words.
     [[nodiscard]] QQuickWindow& makePanel();
+    /// Ends all windows, the panel's too: before what they show does.
+    void clear();
     /// How the panel gives way to another window.
     void setPanelHider(std::function<void()> hide) { hidePanel_ = std::move(hide); }
 
