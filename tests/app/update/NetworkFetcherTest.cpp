@@ -74,6 +74,12 @@ TEST_F(ANetworkFetcher, GetsAsMuchAsItIsToldToAndNoMore) {
     EXPECT_EQ(get(server_->url("/long"), 4'999'999).failure, "It is larger than it should be.");
 }
 
+TEST_F(ANetworkFetcher, WaitsForNothingThatWillBeTooLong) {
+    server_->answers["/announced"] = webPage("1", "Content-Length: 8\r\n");
+    server_->endsConnections = false;
+    EXPECT_EQ(get(server_->url("/announced"), 7).failure, "It is larger than it should be.");
+}
+
 TEST_F(ANetworkFetcher, AsksNobodyByAnyOtherWay) {
     WebServer plain(WebServer::Kind::plain);
     plain.answers["/file"] = webPage("plain");
@@ -93,8 +99,10 @@ TEST_F(ANetworkFetcher, BelievesNobodyWhomNobodyKnows) {
 }
 
 TEST_F(ANetworkFetcher, GoesWhereItIsLedWithinHTTPS) {
+    WebServer other(WebServer::Kind::secure);
     server_->answers["/old"] = webRedirect(server_->url("/new"));
-    server_->answers["/new"] = webPage("moved");
+    server_->answers["/new"] = webRedirect(other.url("/file"));
+    other.answers["/file"] = webPage("moved");
     EXPECT_EQ(get(server_->url("/old")).content, "moved");
 }
 

@@ -136,6 +136,8 @@ TEST_F(AnX11KeyMonitor, TellsAHeldKeyOnce) {
     std::size_t repeats = 0;
     ASSERT_TRUE(eventuallyInEventLoop(kPressBound,
                                       [&] { return (repeats += window.takeKeys().size()) > 3; }));
+    // Who passes another machine's keys on may tell repeats as presses.
+    display.xdotool({"keydown", "a"});
     display.xdotool({"keyup", "a"});
     press("a");
     EXPECT_THAT(toldSoFar(), ElementsAre("a", "a"));
