@@ -1,11 +1,10 @@
 import QtQuick
-import QtQuick.Templates as T
 import Orvanta
 
 /// The hand's side of every slider. One hand at a time: while it holds the cap, what the model says
 /// waits. A move by key, wheel or an assistive tool is a drag of one step. Looks are for those made
 /// of it; they place the cap by `share` and tell where its travel begins and ends.
-T.Control {
+Item {
     id: slider
 
     /// What the model has.
@@ -33,11 +32,18 @@ T.Control {
     signal moved(real value)
     signal ended()
 
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
+    /// It has the keyboard, and not because it was pressed.
+    readonly property bool visualFocus: activeFocus && !inner.isFocusedByMouse
+
+    activeFocusOnTab: true
+    onActiveFocusChanged: {
+        if (!activeFocus)
+            inner.isFocusedByMouse = false;
+    }
     opacity: enabled ? 1 : Theme.disabled
 
     Accessible.role: Accessible.Slider
+    Accessible.focusable: true
     Accessible.name: label
     Accessible.description: valueText
     Accessible.onIncreaseAction: step(1)
@@ -65,6 +71,7 @@ T.Control {
         /// From the pointer to the cap's middle.
         property real grip: 0
         property real wheel: 0
+        property bool isFocusedByMouse: false
     }
 
     /// What the model has is shown again when a hand's move has come to nothing there.
@@ -146,12 +153,14 @@ T.Control {
         anchors.rightMargin: anchors.leftMargin
         hoverEnabled: true
         preventStealing: true
+        enabled: slider.enabled
 
         function along(mouse: var): real {
             return slider.isVertical ? mouse.y + anchors.topMargin : mouse.x + anchors.leftMargin;
         }
 
         onPressed: mouse => {
+            inner.isFocusedByMouse = true;
             slider.forceActiveFocus(Qt.MouseFocusReason);
             const position = along(mouse);
             const offset = slider.capPosition - position;
@@ -172,7 +181,6 @@ T.Control {
         }
 
         onWheel: wheel => {
-            const view = slider.ListView.view;
             if (wheel.angleDelta.y === 0) {
                 wheel.accepted = false;
                 return;

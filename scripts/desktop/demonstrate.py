@@ -32,7 +32,7 @@ def level(samples):
 def check_recording(file, before, after):
     """Both are spans of the recording, in seconds."""
     import wav
-    rate, samples = wav.read(file)
+    rate, samples = wav.read_wav(file)
     loud, quiet = (samples[int(begin * rate):int(end * rate)] for begin, end in (before, after))
     change = level(quiet) - level(loud)
     asked = 20 * numpy.log10(QUIET)
