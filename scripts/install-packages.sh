@@ -26,13 +26,14 @@ run=(
     libspa-0.2-modules pipewire pipewire-alsa pipewire-bin pipewire-jack pipewire-pulse wireplumber
     alsa-utils pulseaudio-utils sox libsox-fmt-alsa libsox-fmt-base mpv
     gnuplot-nox procps python3 python3-numpy
+    # A display of our own, and who sees and presses what is on it.
+    at-spi2-core dbus gir1.2-atspi-2.0 imagemagick openbox python3-pyatspi xdotool xvfb
 )
 # Besides the checks: an independent reader of audio files, a browser that plays, a display and a bus
 # of the tests' own, and who presses keys there.
 test=(
     ccache chromium clang-format ffmpeg git openssl python3
-    dbus openbox x11-xkb-utils xdotool xvfb
-    at-spi2-core gir1.2-atspi-2.0 python3-pyatspi qml6-module-qttest trayer x11-utils
+    qml6-module-qttest trayer x11-utils x11-xkb-utils
 )
 full=(clang clang-tidy libclang-rt-dev llvm)
 # The other architecture: its compiler, and what runs its programs here.

@@ -5,7 +5,6 @@
 
 #include <QColor>
 #include <QQmlEngine>
-#include <QQuickWindow>
 #include <QVariant>
 #include <algorithm>
 #include <array>
@@ -93,10 +92,6 @@ void ThemeBridge::chooseTheme(int index) {
 
 QString ThemeBridge::themeHelp() const {
     return qText(panelText::themeHelp(displayName(choice_)));
-}
-
-bool ThemeBridge::isTextThickened() const {
-    return QQuickWindow::graphicsApi() == QSGRendererInterface::Software;
 }
 
 void ThemeBridge::setWishes(bool isHighContrast, bool isMotionReduced) {

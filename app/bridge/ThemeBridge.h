@@ -27,8 +27,6 @@ class ThemeBridge final : public QObject {
     Q_PROPERTY(QString themeHelp READ themeHelp NOTIFY changed)
     /// The desktop's wishes.
     Q_PROPERTY(bool isHighContrast MEMBER isHighContrast_ NOTIFY wishesChanged)
-    /// What is drawn without a graphics card.
-    Q_PROPERTY(bool isTextThickened READ isTextThickened CONSTANT)
     Q_PROPERTY(bool isMotionReduced MEMBER isMotionReduced_ NOTIFY wishesChanged)
 
 public:
@@ -48,7 +46,6 @@ public:
     [[nodiscard]] QString themeHelp() const;
     Q_INVOKABLE void chooseNextTheme() { manager_.chooseNext(); }
 
-    [[nodiscard]] bool isTextThickened() const;
     void setWishes(bool isHighContrast, bool isMotionReduced);
 
 Q_SIGNALS:

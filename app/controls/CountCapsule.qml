@@ -20,7 +20,7 @@ Rectangle {
         color: Theme.text2
         font.family: Theme.figures
         font.pixelSize: 9
-        font.weight: Theme.medium
+        font.weight: Font.Medium
         Accessible.role: Accessible.StaticText
         Accessible.name: text.text
     }

@@ -36,7 +36,7 @@ ButtonBase {
                                                  : button.hovered ? Theme.controlHover : Theme.control)
                             : button.hovered ? Theme.symbolHover : Theme.white(0)
         border.width: button.hasPlane ? 1 : 0
-        border.color: Theme.line1
+        border.color: Qt.tint(color, Theme.line1)
 
         Behavior on color { HoverFade {} }
 

@@ -29,9 +29,7 @@ ButtonBase {
                 anchors.verticalCenter: parent.verticalCenter
                 text: button.text
                 color: Theme.ink
-                font.family: Theme.family
-                font.pixelSize: 13
-                font.weight: Theme.demiBold
+                font: Theme.heading
                 textFormat: Text.PlainText
                 anchors.alignWhenCentered: false
                 Accessible.ignored: true

@@ -10,6 +10,7 @@ ButtonBase {
     property color tint: Theme.accent
     property string symbol: ""
     property color symbolColor: Theme.text3
+    property int symbolSize: isSmall ? 11 : 12
     property real radius: isSmall ? Theme.radiusSmall : Theme.radius
     /// Behind the text, as menus have.
     property string trailingSymbol: ""
@@ -28,7 +29,7 @@ ButtonBase {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.symbol !== ""
                 name: button.symbol
-                size: button.isSmall ? 11 : 12
+                size: button.symbolSize
                 color: button.isLit ? button.tint : button.symbolColor
             }
             Text {

@@ -55,7 +55,7 @@ Rectangle {
                                             : segment.hovered ? Theme.text1 : Theme.text2
                     font.family: Theme.family
                     font.pixelSize: 11
-                    font.weight: segment.isChosen ? Theme.demiBold : Theme.medium
+                    font.weight: segment.isChosen ? Font.DemiBold : Font.Medium
                     Accessible.ignored: true
                 }
 

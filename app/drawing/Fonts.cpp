@@ -19,9 +19,12 @@ constexpr int kTextSize = 11;
 
 constexpr std::array kFonts{
     Font{":/orvanta/fonts/Symbols.ttf", kSymbolFamily},
-    Font{":/orvanta/fonts/Figures-Regular.otf", kFigureFamily},
-    Font{":/orvanta/fonts/Figures-Medium.otf", kFigureFamily},
-    Font{":/orvanta/fonts/Figures-SemiBold.otf", kFigureFamily},
+    Font{":/orvanta/fonts/Text-Regular.ttf", kTextFamily},
+    Font{":/orvanta/fonts/Text-Medium.ttf", kTextFamily},
+    Font{":/orvanta/fonts/Text-SemiBold.ttf", kTextFamily},
+    Font{":/orvanta/fonts/Text-Bold.ttf", kTextFamily},
+    Font{":/orvanta/fonts/Figures-Medium.ttf", kFigureFamily},
+    Font{":/orvanta/fonts/Figures-SemiBold.ttf", kFigureFamily},
 };
 
 bool registerFonts() {

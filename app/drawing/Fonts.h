@@ -2,8 +2,8 @@
 
 namespace orvanta {
 
-/// The family of all other text, which the system has.
-inline constexpr const char* kTextFamily = "Inter";
+/// The family of all other text.
+inline constexpr const char* kTextFamily = "Orvanta Text";
 /// The family of the symbols: in it, the text that `glyphOf` answers is drawn as the symbol.
 inline constexpr const char* kSymbolFamily = "Framework7 Icons";
 /// The family of read-outs, whose figures are all of one width.

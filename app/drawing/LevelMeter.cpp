@@ -9,9 +9,9 @@ namespace orvanta {
 namespace {
 
 /// A fill is flat colours, which come out of the dark in steps too small to see.
-constexpr std::size_t kFillSteps = 8;
+constexpr std::size_t kFillSteps = 12;
 constexpr float kFirstOpacity = 0.62F;
-/// Of a recording's: a third of the fill each.
+/// Of a recording's: at its beginning, middle and end.
 constexpr std::array kRecordingOpacities{0.7F, 0.9F, 1.0F};
 constexpr double kInset = 1.0;
 constexpr double kGap = 1.0;
@@ -22,10 +22,12 @@ QColor withOpacity(QColor color, float opacity) {
 }
 
 float fillOpacity(std::size_t step, bool isRecording) {
-    if (isRecording)
-        return kRecordingOpacities.at(step * kRecordingOpacities.size() / kFillSteps);
     const float share = static_cast<float>(step) / static_cast<float>(kFillSteps - 1);
-    return kFirstOpacity + (1.0F - kFirstOpacity) * share;
+    if (!isRecording)
+        return std::lerp(kFirstOpacity, 1.0F, share);
+    const auto& [first, middle, last] = kRecordingOpacities;
+    return share < 0.5F ? std::lerp(first, middle, 2 * share)
+                        : std::lerp(middle, last, 2 * share - 1);
 }
 
 /// What the meter is made of, from back to front.

@@ -24,7 +24,7 @@ Item {
         radius: Theme.radiusCard
         color: hover.hovered ? Theme.rowHover : Theme.white(0)
         border.width: row.item.isTapped ? 1 : 0
-        border.color: row.item.isRecording ? Theme.withOpacity(Theme.red, 0.34) : Theme.line1
+        border.color: Qt.tint(Theme.surface, row.item.isRecording ? Theme.withOpacity(Theme.red, 0.34) : Theme.line1)
         gradient: row.item.isTapped ? plane : null
 
         Gradient {
@@ -43,12 +43,11 @@ Item {
         clip: unfolding.running
 
         Rectangle {
-            visible: row.item.isTapped
+            visible: row.item.isTapped && !row.item.isRecording
             x: card.radius
-            y: 1
             width: parent.width - 2 * card.radius
             height: 1
-            color: Theme.highlight
+            color: Qt.tint(Theme.surfaceTop, Theme.line2)
         }
 
         HoverHandler {

@@ -18,7 +18,7 @@ Item {
         color: isLit ? Theme.featureBalance : Theme.text3
         font.family: Theme.family
         font.pixelSize: 11
-        font.weight: Theme.demiBold
+        font.weight: Font.DemiBold
         Accessible.ignored: true
     }
 

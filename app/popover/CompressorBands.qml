@@ -30,8 +30,7 @@ Column {
                 x: 16
                 y: 18
                 text: bandItem.modelData
-                font.pixelSize: 10
-                font.weight: Theme.demiBold
+                font: Theme.menuHeading
             }
             ReductionBar {
                 x: 16

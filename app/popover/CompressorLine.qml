@@ -59,6 +59,7 @@ Item {
         x: 344 - width
         height: 24
         text: "Advanced"
+        textFont: Theme.smallControl
         color: line.item.isCompressorAdvanced ? Theme.text1 : Theme.text2
         trailingSymbol: "chevron.up.chevron.down"
         hint: RowValues.expansionHint(line.item.isCompressorAdvanced)

@@ -37,6 +37,7 @@ Item {
         label: "Auto-tap"
         symbol: header.mixer.autoTapSymbol
         symbolColor: Theme.text2
+        symbolSize: 15
         isLit: header.mixer.isAutoTapOn
         help: header.mixer.autoTapHelp
         hint: header.mixer.autoTapHint

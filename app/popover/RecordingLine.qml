@@ -51,7 +51,7 @@ Item {
         color: Theme.redText
         font.family: Theme.figures
         font.pixelSize: 11
-        font.weight: Theme.demiBold
+        font.weight: Font.DemiBold
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }

@@ -21,6 +21,7 @@ Item {
 
         x: 50
         anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: 1
         width: Math.min(implicitWidth, header.nameEnd - x - (mark.visible ? mark.width + 8 : 0))
         text: header.item.name
         font: Theme.body

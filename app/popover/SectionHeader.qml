@@ -20,6 +20,7 @@ Item {
 
         Label {
             anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: 0.5
             text: header.title.toUpperCase()
             color: Theme.text3
             font: Theme.section

@@ -25,7 +25,7 @@ Item {
         y: 1
         text: RowValues.gainReadOut(slider.value)
         color: knob.isLit ? Theme.accentSecondary : Theme.text2
-        font: Theme.smallReadOut
+        font: knob.isLit ? Theme.litReadOut : Theme.smallReadOut
     }
     ValueSlider {
         id: slider

@@ -109,30 +109,30 @@ QtObject {
     /// Within 1.3 % of a spring of response 0.3 and damping fraction 0.825.
     readonly property list<real> springCurve: [0.25, 0.15, 0.25, 1.05, 1, 1]
 
-    // Type. Without a graphics card the toolkit blends light text on dark as if it were a weight
-    // heavier than it is.
-    readonly property int regular: CurrentTheme.isTextThickened ? Font.Light : Font.Normal
-    readonly property int medium: CurrentTheme.isTextThickened ? Font.Normal : Font.Medium
-    readonly property int demiBold: CurrentTheme.isTextThickened ? Font.Medium : Font.DemiBold
-    readonly property int bold: CurrentTheme.isTextThickened ? Font.DemiBold : Font.Bold
-    readonly property string family: "Inter"
+    // Type.
+    readonly property string family: "Orvanta Text"
     readonly property string figures: "Orvanta Figures"
     readonly property string symbols: "Framework7 Icons"
-    readonly property font display: Qt.font({ family: family, pixelSize: 26, weight: bold, letterSpacing: -0.6 })
-    readonly property font title: Qt.font({ family: family, pixelSize: 24, weight: bold, letterSpacing: -0.5 })
-    readonly property font header: Qt.font({ family: family, pixelSize: 14, weight: demiBold, letterSpacing: -0.15 })
-    readonly property font heading: Qt.font({ family: family, pixelSize: 13, weight: demiBold, letterSpacing: -0.1 })
-    readonly property font body: Qt.font({ family: family, pixelSize: 12, weight: medium })
-    readonly property font controlText: Qt.font({ family: family, pixelSize: 11, weight: medium })
-    readonly property font smallControl: Qt.font({ family: family, pixelSize: 10, weight: medium })
-    readonly property font caption: Qt.font({ family: family, pixelSize: 10, weight: regular })
-    readonly property font section: Qt.font({ family: family, pixelSize: 10, weight: bold, letterSpacing: 1.0 })
-    readonly property font menuHeading: Qt.font({ family: family, pixelSize: 10, weight: demiBold })
-    readonly property font badge: Qt.font({ family: family, pixelSize: 9, weight: demiBold })
-    readonly property font micro: Qt.font({ family: figures, pixelSize: 8, weight: medium })
-    readonly property font meterScale: Qt.font({ family: "monospace", pixelSize: 6, weight: medium })
-    readonly property font readOut: Qt.font({ family: figures, pixelSize: 11, weight: medium })
-    readonly property font smallReadOut: Qt.font({ family: figures, pixelSize: 10, weight: medium })
+    readonly property font display: Qt.font({ family: family, pixelSize: 26, weight: Font.Bold, letterSpacing: -0.6 })
+    readonly property font title: Qt.font({ family: family, pixelSize: 24, weight: Font.Bold, letterSpacing: -0.5 })
+    readonly property font header: Qt.font({ family: family, pixelSize: 14, weight: Font.DemiBold, letterSpacing: -0.15 })
+    readonly property font heading: Qt.font({ family: family, pixelSize: 13, weight: Font.DemiBold, letterSpacing: -0.1 })
+    readonly property font rowTitle: Qt.font({ family: family, pixelSize: 13, weight: Font.Medium })
+    readonly property font subtitle: Qt.font({ family: family, pixelSize: 13 })
+    readonly property font detail: Qt.font({ family: family, pixelSize: 12 })
+    readonly property font note: Qt.font({ family: family, pixelSize: 11 })
+    readonly property font body: Qt.font({ family: family, pixelSize: 12, weight: Font.Medium })
+    readonly property font controlText: Qt.font({ family: family, pixelSize: 11, weight: Font.Medium })
+    readonly property font smallControl: Qt.font({ family: family, pixelSize: 10, weight: Font.Medium })
+    readonly property font caption: Qt.font({ family: family, pixelSize: 10 })
+    readonly property font section: Qt.font({ family: family, pixelSize: 10, weight: Font.Bold, letterSpacing: 1.0 })
+    readonly property font menuHeading: Qt.font({ family: family, pixelSize: 10, weight: Font.DemiBold })
+    readonly property font badge: Qt.font({ family: family, pixelSize: 9, weight: Font.DemiBold })
+    readonly property font micro: Qt.font({ family: figures, pixelSize: 8, weight: Font.Medium })
+    readonly property font meterScale: Qt.font({ family: "monospace", pixelSize: 6, weight: Font.Medium })
+    readonly property font readOut: Qt.font({ family: figures, pixelSize: 11, weight: Font.Medium })
+    readonly property font litReadOut: Qt.font({ family: figures, pixelSize: 10, weight: Font.DemiBold })
+    readonly property font smallReadOut: Qt.font({ family: figures, pixelSize: 10, weight: Font.Medium })
 
     function white(opacity: real): color {
         return Qt.rgba(1, 1, 1, opacity);

@@ -48,8 +48,7 @@ Item {
             y: 178
             text: "Per-App Audio Mixer & Router"
             color: Theme.text2
-            font.pixelSize: 12
-            font.weight: Theme.regular
+            font: Theme.detail
         }
         Label {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -104,7 +103,7 @@ Item {
                 verticalAlignment: Text.AlignVCenter
                 text: "Requires"
                 color: Theme.text2
-                font.weight: Theme.regular
+                font: Theme.note
             }
             Label {
                 anchors.right: parent.right
@@ -119,7 +118,7 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             y: 344
             height: 24
-            textFont.pixelSize: 11
+            textFont: Theme.note
             symbolSize: 12
             shell: view.shell
         }

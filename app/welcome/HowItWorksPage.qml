@@ -56,8 +56,7 @@ Item {
                     y: 32
                     text: parent.modelData.detail
                     color: Theme.text2
-                    font.pixelSize: 12
-                    font.weight: Theme.regular
+                    font: Theme.detail
                 }
             }
         }
@@ -66,7 +65,7 @@ Item {
         x: 52
         y: 375
         name: "lock.shield.fill"
-        size: 16
+        size: 18
         color: Theme.green
     }
     Label {
@@ -75,7 +74,7 @@ Item {
         width: 340
         text: "macOS will ask for audio capture permission — this is required for per-app control."
         color: Theme.text2
-        font.weight: Theme.regular
+        font: Theme.note
         wrapMode: Text.Wrap
         lineHeight: 1.2
     }

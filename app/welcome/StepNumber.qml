@@ -17,7 +17,6 @@ Rectangle {
         anchors.centerIn: parent
         text: step.number
         color: Theme.accentSecondary
-        font.pixelSize: 13
-        font.weight: Theme.demiBold
+        font: Theme.heading
     }
 }

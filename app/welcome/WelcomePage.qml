@@ -20,8 +20,7 @@ Item {
         y: 197
         text: "The audio mixer macOS should have built in."
         color: Theme.text2
-        font.pixelSize: 13
-        font.weight: Theme.regular
+        font: Theme.subtitle
     }
     ListCard {
         x: 32
@@ -59,7 +58,7 @@ Item {
                     x: 48
                     anchors.verticalCenter: parent.verticalCenter
                     text: parent.modelData.text
-                    font.pixelSize: 13
+                    font: Theme.rowTitle
                 }
             }
         }

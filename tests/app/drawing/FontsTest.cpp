@@ -33,6 +33,8 @@ protected:
 TEST_F(Fonts, AreKnownByTheirFamilies) {
     EXPECT_EQ(QFontInfo(font(kSymbolFamily)).family(), kSymbolFamily);
     EXPECT_EQ(QFontInfo(font(kFigureFamily)).family(), kFigureFamily);
+    EXPECT_EQ(QFontInfo(font(kTextFamily)).family(), kTextFamily);
+    EXPECT_EQ(QFontDatabase::styles(kTextFamily).size(), 4);
     EXPECT_EQ(QFontDatabase::styles(kFigureFamily).size(), 2);
 }
 
