@@ -17,8 +17,7 @@ ButtonBase {
     background: Rectangle {
         radius: height / 2
         color: control.isOn ? Theme.accent : Theme.well
-        border.color: control.isOn ? Theme.withOpacity(Theme.accent, 0)
-                                   : control.hovered ? Theme.line3 : Theme.line2
+        border.color: control.isOn ? color : Qt.tint(color, control.hovered ? Theme.line3 : Theme.line2)
 
         Behavior on color { HoverFade {} }
 

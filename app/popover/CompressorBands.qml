@@ -22,25 +22,26 @@ Column {
             Rectangle {
                 visible: bandItem.index > 0
                 x: 16
+                y: -4
                 width: parent.width - 32
                 height: 1
                 color: Theme.divider
             }
             Label {
                 x: 16
-                y: 18
+                y: 13
                 text: bandItem.modelData
                 font: Theme.menuHeading
             }
             ReductionBar {
                 x: 16
-                y: 36
+                y: 31
                 width: 38
                 share: bands.item.reductions[bandItem.index] ?? 0
                 label: bandItem.modelData + " gain reduction"
             }
             Column {
-                y: 4
+                y: 2
                 spacing: 2
 
                 Repeater {

@@ -31,7 +31,8 @@ Item {
         onClicked: header.item.toggleEQ()
     }
     Row {
-        x: 344 - width
+        anchors.right: parent.right
+        anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         visible: header.item.isEQExpanded
         spacing: 8

@@ -6,6 +6,8 @@ Item {
     id: canvas
 
     required property list<double> gains
+    /// Lines at the decades of Hz, where no faders stand.
+    property bool hasDecades: true
 
     Rectangle {
         y: 1
@@ -20,8 +22,7 @@ Item {
         color: Theme.well
     }
     Repeater {
-        // Decades of Hz.
-        model: [100, 1000, 10000]
+        model: canvas.hasDecades ? [100, 1000, 10000] : []
 
         Rectangle {
             required property int modelData

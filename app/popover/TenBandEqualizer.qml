@@ -18,6 +18,7 @@ Item {
         width: 312
         height: 96
         gains: equalizer.item.gains
+        hasDecades: false
     }
     Repeater {
         model: RowValues.bands
