@@ -94,10 +94,9 @@ QString ThemeBridge::themeHelp() const {
     return qText(panelText::themeHelp(displayName(choice_)));
 }
 
-void ThemeBridge::setWishes(bool isHighContrast, bool isMotionReduced) {
-    isHighContrast_ = isHighContrast;
-    isMotionReduced_ = isMotionReduced;
-    Q_EMIT wishesChanged();
+void ThemeBridge::setLook(const DesktopLook& look) {
+    look_ = look;
+    Q_EMIT lookChanged();
 }
 
 } // namespace orvanta

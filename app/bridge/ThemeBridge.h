@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/themes/DesktopLook.h"
 #include "app/themes/ThemeManager.h"
 
 #include <QObject>
@@ -25,9 +26,9 @@ class ThemeBridge final : public QObject {
     /// Which of them is chosen.
     Q_PROPERTY(int themeIndex READ themeIndex WRITE chooseTheme NOTIFY changed)
     Q_PROPERTY(QString themeHelp READ themeHelp NOTIFY changed)
-    /// The desktop's wishes.
-    Q_PROPERTY(bool isHighContrast MEMBER isHighContrast_ NOTIFY wishesChanged)
-    Q_PROPERTY(bool isMotionReduced MEMBER isMotionReduced_ NOTIFY wishesChanged)
+    Q_PROPERTY(bool isHighContrast READ isHighContrast NOTIFY lookChanged)
+    Q_PROPERTY(bool isMotionReduced READ isMotionReduced NOTIFY lookChanged)
+    Q_PROPERTY(bool hasCompositor READ hasCompositor NOTIFY lookChanged)
 
 public:
     /// `manager` must outlive it.
@@ -46,19 +47,24 @@ public:
     [[nodiscard]] QString themeHelp() const;
     Q_INVOKABLE void chooseNextTheme() { manager_.chooseNext(); }
 
-    void setWishes(bool isHighContrast, bool isMotionReduced);
+    [[nodiscard]] bool isHighContrast() const { return look_.isHighContrast; }
+
+    [[nodiscard]] bool isMotionReduced() const { return look_.isMotionReduced; }
+
+    [[nodiscard]] bool hasCompositor() const { return look_.hasCompositor; }
+
+    void setLook(const DesktopLook& look);
 
 Q_SIGNALS:
     void changed();
-    void wishesChanged();
+    void lookChanged();
 
 private:
     ThemeManager& manager_;
     /// The coming one already while that is being told.
     ThemeChoice choice_;
     Observation observation_;
-    bool isHighContrast_ = false;
-    bool isMotionReduced_ = false;
+    DesktopLook look_;
 };
 
 } // namespace orvanta

@@ -11,7 +11,7 @@ Rectangle {
     /// Share of the height at which the light from above has faded.
     property real fade: headerHeight / height
 
-    radius: WindowLook.hasRoundCorners ? Theme.radiusWindow : 0
+    radius: CurrentTheme.hasCompositor ? Theme.radiusWindow : 0
     gradient: Gradient {
         GradientStop { position: 0; color: Theme.headerTop }
         GradientStop { position: plane.fade; color: Theme.pane }

@@ -79,6 +79,7 @@ OrvantaDeskApp::OrvantaDeskApp(const Start& start)
     engine_.addImageProvider(ShadowImages::name, new ShadowImages);
     windows_.give(QStringLiteral("mixer"), mixer_);
     windows_.give(QStringLiteral("shell"), shell_);
+    windows_.give(QStringLiteral("updates"), updates_);
     panel_ = std::make_unique<Panel>(windows_.makePanel(), start_.mainRunLoop.queue(),
                                      [this](bool isVisible) { panelVisibilityChanged(isVisible); });
     windows_.setPanelHider([this] { panel_->giveWay(); });
@@ -119,6 +120,14 @@ ShellBridge::Actions OrvantaDeskApp::shellActions() {
 void OrvantaDeskApp::connectUpdater() {
     canCheck_ = updater_.canCheckForUpdates.observe(
         [this](const bool& can) { shell_.setCanCheckForUpdates(can); });
+    // Outside of what has brought the news: a window is made.
+    QObject::connect(
+        &updates_, &UpdateBridge::changed, &updates_,
+        [this] {
+            if (updates_.hasNews())
+                windows_.open(kUpdateWindow.identifier);
+        },
+        Qt::QueuedConnection);
     updater_.start();
 }
 

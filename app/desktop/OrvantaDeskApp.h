@@ -3,6 +3,8 @@
 #include "app/bridge/MixerBridge.h"
 #include "app/bridge/ShellBridge.h"
 #include "app/bridge/ThemeBridge.h"
+#include "app/bridge/UpdateBridge.h"
+#include "app/desktop/DesktopSettings.h"
 #include "app/desktop/MainRunLoop.h"
 #include "app/desktop/Panel.h"
 #include "app/desktop/ProgramIdentity.h"
@@ -78,11 +80,13 @@ private:
     OnboardingTrigger onboarding_;
     ThemeManager themeManager_;
     ThemeBridge theme_;
+    DesktopSettings desktopSettings_{bus_, [this](const DesktopLook& look) { theme_.setLook(look); }};
     std::shared_ptr<MixerViewModel> viewModel_;
     const std::unique_ptr<KeyMonitor> keyMonitor_;
     ConsoleHotKey consoleHotKey_;
     NetworkFetcher fetcher_;
     SoftwareUpdater updater_;
+    UpdateBridge updates_{updater_};
     Observation canCheck_;
     MixerBridge mixer_;
     ShellBridge shell_;

@@ -1,17 +1,14 @@
 #include "app/desktop/QuickWindows.h"
 
+#include "app/bridge/makeView.h"
 #include "app/shell/WindowNames.h"
 
 #include <QGuiApplication>
-#include <QQmlComponent>
 #include <QScreen>
 #include <array>
-#include <stdexcept>
 
 namespace orvanta {
 namespace {
-
-constexpr auto kModule = "qrc:/qt/qml/Orvanta/";
 
 struct WindowFile {
     WindowName name;
@@ -22,6 +19,7 @@ constexpr std::array kWindowFiles{
     WindowFile{kAboutWindow, "welcome/AboutWindow.qml"},
     WindowFile{kOnboardingWindow, "welcome/OnboardingWindow.qml"},
     WindowFile{kConsoleWindow, "shell/CommandCenterWindowHost.qml"},
+    WindowFile{kUpdateWindow, "shell/UpdateWindow.qml"},
 };
 
 void centre(QWindow& window) {
@@ -62,18 +60,13 @@ void QuickWindows::give(const QString& name, QObject& bridge) {
 }
 
 QQuickWindow& QuickWindows::makePanel() {
-    panel_.reset(make("shell/PopoverWithHotkey.qml"));
+    panel_ = make(QStringLiteral("shell/PopoverWithHotkey.qml"));
     return *panel_;
 }
 
-QQuickWindow* QuickWindows::make(const QString& file) {
-    QQmlComponent component(&engine_, QUrl(kModule + file));
-    QObject* const made =
-        component.isReady() ? component.createWithInitialProperties(bridges_) : nullptr;
-    auto* const window = qobject_cast<QQuickWindow*>(made);
-    if (window == nullptr)
-        throw std::runtime_error(component.errorString().toStdString());
-    return window;
+std::unique_ptr<QQuickWindow> QuickWindows::make(const QString& file) {
+    return std::unique_ptr<QQuickWindow>(
+        &dynamic_cast<QQuickWindow&>(*makeView(engine_, file, bridges_).release()));
 }
 
 void QuickWindows::open(std::string_view identifier) {
@@ -84,7 +77,7 @@ void QuickWindows::open(std::string_view identifier) {
             bringToFront(*present);
             return;
         }
-        QQuickWindow* const window = make(each.file);
+        QQuickWindow* const window = make(each.file).release();
         open_.emplace_back(window);
         connect(window, &QWindow::visibleChanged, this, [window](bool isVisible) {
             if (!isVisible)

@@ -23,7 +23,7 @@ public:
     explicit QuickWindows(QQmlEngine& engine);
     ~QuickWindows() override;
 
-    /// What the views begin with, by its name there.
+    /// What those views begin with that have a property of this name.
     void give(const QString& name, QObject& bridge);
 
     /// Makes the panel's window; lasts as long as this. Throws std::runtime_error with the engine's
@@ -42,7 +42,7 @@ public:
     void activateIgnoringOtherApps() override;
 
 private:
-    [[nodiscard]] QQuickWindow* make(const QString& file);
+    [[nodiscard]] std::unique_ptr<QQuickWindow> make(const QString& file);
     [[nodiscard]] QQuickWindow* find(std::string_view title) const;
 
     QQmlEngine& engine_;

@@ -12,7 +12,7 @@ Window {
     height: 520
     title: "Orvanta"
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
-    color: WindowLook.hasRoundCorners ? Theme.white(0) : Theme.window
+    color: CurrentTheme.hasCompositor ? Theme.white(0) : Theme.window
 
     AudioMixerPopover {
         anchors.fill: parent

@@ -9,7 +9,7 @@ Window {
     default property alias content: place.data
 
     flags: Qt.Window | Qt.FramelessWindowHint
-    color: WindowLook.hasRoundCorners ? Theme.white(0) : Theme.window
+    color: CurrentTheme.hasCompositor ? Theme.white(0) : Theme.window
     minimumWidth: width
     maximumWidth: width
     minimumHeight: height

@@ -15,6 +15,10 @@ inline constexpr WindowName kAboutWindow{"about", "About Orvanta"};
 inline constexpr WindowName kOnboardingWindow{"onboarding", "Welcome to Orvanta"};
 inline constexpr WindowName kConsoleWindow{"command-center", "Sound Command Center"};
 
+/// Opens when there is something to say of updates; no desktop opens it by itself.
+inline constexpr WindowName kUpdateWindow{"updates", "Software Update"};
+
+/// Those that a desktop may open by itself at the launch.
 inline constexpr std::array kWindowNames{kAboutWindow, kOnboardingWindow, kConsoleWindow};
 
 } // namespace orvanta

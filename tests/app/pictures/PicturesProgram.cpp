@@ -59,7 +59,7 @@ public:
         const auto view = rig.make(file, std::move(properties));
         auto& item = dynamic_cast<QQuickItem&>(*view);
         QQuickWindow window;
-        window.setColor(QColor(0x10, 0x11, 0x15));
+        window.setColor(Qt::transparent);
         item.setParentItem(window.contentItem());
         item.setSize({item.implicitWidth(), item.implicitHeight()});
         window.resize(static_cast<int>(item.width()), static_cast<int>(item.height()));

@@ -1,11 +1,10 @@
 #include "tests/app/support/ViewRig.h"
 
+#include "app/bridge/makeView.h"
 #include "app/drawing/Fonts.h"
 #include "app/drawing/ShadowImages.h"
 
 #include <QQmlAbstractUrlInterceptor>
-#include <QQmlComponent>
-#include <stdexcept>
 
 namespace orvanta::test {
 
@@ -20,7 +19,7 @@ ViewRig::ViewRig() {
                              },
                              .quit = [this] { ++quits; }});
     mixer = std::make_unique<MixerBridge>(model, platformWith(server));
-    theme.setWishes(false, true);
+    theme.setLook({.isMotionReduced = true, .hasCompositor = true});
     ThemeBridge::setFor(engine, theme);
     struct I : QQmlAbstractUrlInterceptor { QUrl intercept(const QUrl& u, DataType t) override { if (t==QmldirFile||!qEnvironmentVariableIsSet("OV_SRC")) return u; QString s=u.toString(); if (s.startsWith("qrc:/qt/qml/Orvanta/") && s.endsWith(".qml")) return QUrl("file://"+qEnvironmentVariable("OV_SRC")+s.mid(20)); return u;} };
     engine.addUrlInterceptor(new I);
@@ -31,15 +30,9 @@ ViewRig::ViewRig() {
 ViewRig::~ViewRig() = default;
 
 std::unique_ptr<QObject> ViewRig::make(const QString& file, QVariantMap properties) {
-    QQmlComponent component(&engine, QUrl("qrc:/qt/qml/Orvanta/" + file));
-    if (!component.isReady())
-        throw std::runtime_error(component.errorString().toStdString());
     properties.insert("mixer", QVariant::fromValue(mixer.get()));
     properties.insert("shell", QVariant::fromValue(shell.get()));
-    std::unique_ptr<QObject> view(component.createWithInitialProperties(properties));
-    if (!view)
-        throw std::runtime_error(component.errorString().toStdString());
-    return view;
+    return makeView(engine, file, properties);
 }
 
 void ViewRig::letMetersRise() {

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "app/themes/DesktopLook.h"
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QObject>
+#include <functional>
+
+namespace orvanta {
+
+/// The desktop's settings that concern all windows, read from the settings portal and followed from
+/// then on, and whether there is a compositor. Without a portal nothing is asked of windows.
+class DesktopSettings final : public QObject {
+    Q_OBJECT
+
+public:
+    /// `changed` is called at once, and then whenever the look has become another.
+    DesktopSettings(QDBusConnection sessionBus, std::function<void(const DesktopLook&)> changed);
+
+private Q_SLOTS:
+    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+private:
+    void read(const QString& group, const QString& key);
+    void take(const QString& group, const QString& key, const QVariant& value);
+
+    QDBusConnection bus_;
+    const std::function<void(const DesktopLook&)> changed_;
+    DesktopLook look_;
+};
+
+} // namespace orvanta
