@@ -5,7 +5,8 @@
 namespace orvanta {
 
 UpdateBridge::UpdateBridge(SoftwareUpdater& updater)
-    : updater_(updater), news_(updater.news.get()),
+    : updater_(updater),
+      news_(updater.news.get()),
       observation_(updater.news.observe([this](const UpdateNews& coming) {
           news_ = coming;
           Q_EMIT changed();

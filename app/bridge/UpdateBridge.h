@@ -26,9 +26,13 @@ public:
     [[nodiscard]] bool canDownload() const;
     [[nodiscard]] bool canShowPage() const;
     [[nodiscard]] bool canShowFile() const;
+
     Q_INVOKABLE void download() { updater_.download(); }
+
     Q_INVOKABLE void showPage() { updater_.showPage(); }
+
     Q_INVOKABLE void showFile() { updater_.showFile(); }
+
     Q_INVOKABLE void dismiss() { updater_.dismiss(); }
 
     /// Whether there is anything to say.

@@ -9,8 +9,8 @@ std::unique_ptr<QObject> makeView(QQmlEngine& engine, const QString& file,
                                   const QVariantMap& properties) {
     QQmlComponent component(&engine, QUrl("qrc:/qt/qml/Orvanta/" + file));
     // Only a ready one may be asked to create.
-    std::unique_ptr<QObject> view(
-        component.isReady() ? component.beginCreate(engine.rootContext()) : nullptr);
+    std::unique_ptr<QObject> view(component.isReady() ? component.beginCreate(engine.rootContext())
+                                                      : nullptr);
     if (view) {
         QVariantMap known;
         for (auto each = properties.begin(); each != properties.end(); ++each)

@@ -8,7 +8,7 @@ ButtonBase {
     property string leadingSymbol: ""
     property string trailingSymbol: ""
 
-    implicitWidth: content.implicitWidth + 2 * 20
+    implicitWidth: content.implicitWidth + 2 * 18
     implicitHeight: 36
 
     contentItem: Item {

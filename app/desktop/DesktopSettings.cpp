@@ -1,7 +1,5 @@
 #include "app/desktop/DesktopSettings.h"
 
-#include <xcb/xcb.h>
-
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -10,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <xcb/xcb.h>
 
 namespace orvanta {
 namespace {
@@ -46,9 +45,9 @@ bool hasX11Compositor(xcb_connection_t& display) {
 bool hasCompositor() {
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         return true;
-    const auto* const x11 =
-        qGuiApp != nullptr ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>()
-                           : nullptr;
+    const auto* const x11 = qGuiApp != nullptr
+                                ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>()
+                                : nullptr;
     return x11 != nullptr && x11->connection() != nullptr && hasX11Compositor(*x11->connection());
 }
 
@@ -63,7 +62,8 @@ QVariant unwrapped(QVariant value) {
 
 DesktopSettings::DesktopSettings(QDBusConnection sessionBus,
                                  std::function<void(const DesktopLook&)> changed)
-    : bus_(std::move(sessionBus)), changed_(std::move(changed)),
+    : bus_(std::move(sessionBus)),
+      changed_(std::move(changed)),
       look_{.hasCompositor = hasCompositor()} {
     bus_.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
@@ -73,7 +73,8 @@ DesktopSettings::DesktopSettings(QDBusConnection sessionBus,
 }
 
 void DesktopSettings::read(const QString& group, const QString& key) {
-    auto question = QDBusMessage::createMethodCall(kPortal, kPath, kSettings, QStringLiteral("Read"));
+    auto question =
+        QDBusMessage::createMethodCall(kPortal, kPath, kSettings, QStringLiteral("Read"));
     question << group << key;
     auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, group, key] {

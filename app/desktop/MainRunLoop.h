@@ -15,7 +15,9 @@ private:
         loop_.runDue();
         return loop_.timeToNextTask();
     }};
-    DrivenRunLoop loop_{[this] { pump_.wake(); }};
+    DrivenRunLoop loop_{[this] {
+        pump_.wake();
+    }};
 };
 
 } // namespace orvanta

@@ -33,10 +33,10 @@ std::unique_ptr<LoginItem> makeLoginItem(const ProgramIdentity& identity) {
         return std::make_unique<NoLoginItem>();
     return std::make_unique<AutostartEntry>(
         DesktopFolders::fromEnvironment().configHome,
-        AutostartEntry::Program{
-            .identifier = identity.domain,
-            .name = "Orvanta",
-            .executable = QCoreApplication::applicationFilePath().toStdString()});
+        AutostartEntry::Program{.identifier = identity.domain,
+                                .name = "Orvanta",
+                                .executable =
+                                    QCoreApplication::applicationFilePath().toStdString()});
 }
 
 bool hasFocus() {
@@ -49,13 +49,17 @@ OrvantaDeskApp::OrvantaDeskApp(const Start& start)
     : start_(start),
       fileViewer_(bus_, [](const QString& address) { QDesktopServices::openUrl(QUrl(address)); }),
       hotKeyCenter_(makeHotKeyCenter(session_, bus_, start_.log, kHotKeyDescriptions)),
-      loginItem_(makeLoginItem(start_.identity)), launchAtLogin_(*loginItem_, start_.log),
-      windows_(engine_), appDelegate_(windows_, start_.mainRunLoop.queue()),
+      loginItem_(makeLoginItem(start_.identity)),
+      launchAtLogin_(*loginItem_, start_.log),
+      windows_(engine_),
+      appDelegate_(windows_, start_.mainRunLoop.queue()),
       onboarding_(start_.defaults, windows_, start_.mainRunLoop.queue()),
-      themeManager_(start_.defaults), theme_(themeManager_),
+      themeManager_(start_.defaults),
+      theme_(themeManager_),
       viewModel_(MixerViewModel::create(platform())),
       keyMonitor_(makeKeyMonitor(session_, *hotKeyCenter_, hasFocus)),
-      consoleHotKey_(notificationCenter_, windows_), fetcher_({}),
+      consoleHotKey_(notificationCenter_, windows_),
+      fetcher_({}),
       updater_({.feedURL = ORVANTA_FEED_URL,
                 .publicKey = ORVANTA_FEED_KEY,
                 .currentVersion = start_.identity.bundle.version,
@@ -114,7 +118,10 @@ Platform OrvantaDeskApp::platform() {
 ShellBridge::Actions OrvantaDeskApp::shellActions() {
     return {.checkForUpdates = [this] { updater_.checkForUpdates(); },
             .openURL = [this](const std::string& url) { urlOpener_.open(url); },
-            .quit = [this] { quit(); }};
+            .quit =
+                [this] {
+                    quit();
+                }};
 }
 
 void OrvantaDeskApp::connectUpdater() {
@@ -140,14 +147,17 @@ void OrvantaDeskApp::panelVisibilityChanged(bool isVisible) {
 void OrvantaDeskApp::trayChanged(bool isThere) {
     trayIcon_.reset();
     if (isThere)
-        trayIcon_ = std::make_unique<TrayIcon>(TrayIcon::Actions{
-            .togglePanel = [this](const QRect& icon) { panel_->toggle(icon); },
-            .openConsole =
-                [this] {
-                    windows_.open(kConsoleWindow.identifier);
-                    windows_.activateIgnoringOtherApps();
-                },
-            .quit = [this] { quit(); }});
+        trayIcon_ = std::make_unique<TrayIcon>(
+            TrayIcon::Actions{.togglePanel = [this](const QRect& icon) { panel_->toggle(icon); },
+                              .openConsole =
+                                  [this] {
+                                      windows_.open(kConsoleWindow.identifier);
+                                      windows_.activateIgnoringOtherApps();
+                                  },
+                              .quit =
+                                  [this] {
+                                      quit();
+                                  }});
     panel_->setHasTray(isThere);
     // There is no other way to it.
     if (!isThere)

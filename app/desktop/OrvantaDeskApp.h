@@ -80,7 +80,9 @@ private:
     OnboardingTrigger onboarding_;
     ThemeManager themeManager_;
     ThemeBridge theme_;
-    DesktopSettings desktopSettings_{bus_, [this](const DesktopLook& look) { theme_.setLook(look); }};
+    DesktopSettings desktopSettings_{bus_, [this](const DesktopLook& look) {
+                                         theme_.setLook(look);
+                                     }};
     std::shared_ptr<MixerViewModel> viewModel_;
     const std::unique_ptr<KeyMonitor> keyMonitor_;
     ConsoleHotKey consoleHotKey_;

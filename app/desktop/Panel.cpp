@@ -10,8 +10,7 @@
 namespace orvanta {
 namespace {
 
-constexpr Qt::WindowFlags kDropped =
-    Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+constexpr Qt::WindowFlags kDropped = Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
 constexpr Qt::WindowFlags kPlain = Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                                    Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
 
@@ -21,8 +20,10 @@ DesktopRect rectOf(const QRect& rect) {
 
 } // namespace
 
-Panel::Panel(QQuickWindow& window, RunLoop& mainRunLoop, std::function<void(bool)> visibilityChanged)
-    : window_(window), mainRunLoop_(mainRunLoop),
+Panel::Panel(QQuickWindow& window, RunLoop& mainRunLoop,
+             std::function<void(bool)> visibilityChanged)
+    : window_(window),
+      mainRunLoop_(mainRunLoop),
       visibility_(window, std::move(visibilityChanged)) {
     window_.setFlags(kPlain);
     connect(&window_, &QWindow::activeChanged, this, &Panel::activeChanged);

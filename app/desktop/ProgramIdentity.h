@@ -11,7 +11,8 @@ namespace orvanta {
 /// Who a program is on the user's desktop, and where it keeps what is its own: two of different
 /// identities know nothing of each other.
 struct ProgramIdentity {
-    std::string domain; ///< of its settings, its messages and its entry among what the session starts
+    std::string
+        domain; ///< of its settings, its messages and its entry among what the session starts
     BundleInfo bundle;
     std::filesystem::path settingsFile;
     /// Where its crash reports go.

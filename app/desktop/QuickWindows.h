@@ -15,8 +15,8 @@
 
 namespace orvanta {
 
-/// The program's windows on this toolkit: each is made when it is opened and goes when it is closed,
-/// so that it begins anew the next time. The panel is among them, and lasts.
+/// The program's windows on this toolkit: each is made when it is opened and goes when it is
+/// closed, so that it begins anew the next time. The panel is among them, and lasts.
 class QuickWindows final : public QObject, public ShellWindows {
 public:
     /// `engine` must outlive it.
@@ -31,6 +31,7 @@ public:
     [[nodiscard]] QQuickWindow& makePanel();
     /// Ends all windows, the panel's too: before what they show does.
     void clear();
+
     /// How the panel gives way to another window.
     void setPanelHider(std::function<void()> hide) { hidePanel_ = std::move(hide); }
 

@@ -31,15 +31,17 @@ QIcon paintTrayIcon() {
 TrayIcon::TrayIcon(Actions actions) : actions_(std::move(actions)), icon_(paintTrayIcon()) {
     menu_.addAction(QStringLiteral("Show Orvanta"),
                     [this] { actions_.togglePanel(icon_.geometry()); });
-    menu_.addAction(QStringLiteral("Open Sound Command Center"), [this] { actions_.openConsole(); });
+    menu_.addAction(QStringLiteral("Open Sound Command Center"),
+                    [this] { actions_.openConsole(); });
     menu_.addSeparator();
     menu_.addAction(QStringLiteral("Quit Orvanta"), [this] { actions_.quit(); });
     icon_.setToolTip(QStringLiteral("Orvanta"));
     icon_.setContextMenu(&menu_);
-    connect(&icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason why) {
-        if (why == QSystemTrayIcon::Trigger || why == QSystemTrayIcon::DoubleClick)
-            actions_.togglePanel(icon_.geometry());
-    });
+    connect(&icon_, &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason why) {
+                if (why == QSystemTrayIcon::Trigger || why == QSystemTrayIcon::DoubleClick)
+                    actions_.togglePanel(icon_.geometry());
+            });
     icon_.show();
 }
 

@@ -7,8 +7,8 @@
 
 namespace orvanta {
 
-/// The program's icon in the tray: a click is for the panel, the other button for a short menu, which
-/// is all that some trays offer.
+/// The program's icon in the tray: a click is for the panel, the other button for a short menu,
+/// which is all that some trays offer.
 class TrayIcon final : public QObject {
 public:
     struct Actions {

@@ -20,8 +20,8 @@ bool WindowVisibility::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void WindowVisibility::look() {
-    const bool isVisible = window_.isVisible() && window_.isExposed() &&
-                           window_.visibility() != QWindow::Minimized;
+    const bool isVisible =
+        window_.isVisible() && window_.isExposed() && window_.visibility() != QWindow::Minimized;
     if (std::exchange(isVisible_, isVisible) != isVisible)
         changed_(isVisible);
 }

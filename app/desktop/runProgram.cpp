@@ -3,8 +3,8 @@
 #include "app/desktop/OrvantaDeskApp.h"
 #include "app/desktop/QuitSignals.h"
 #include "app/drawing/Fonts.h"
-#include "platform/linux/LinuxHost.h"
 #include "platform/linux/JournalLog.h"
+#include "platform/linux/LinuxHost.h"
 #include "platform/linux/OwnerLock.h"
 #include "platform/linux/StandardErrorLog.h"
 #include "platform/linux/defaults/SQLiteUserDefaults.h"
@@ -74,13 +74,13 @@ int runApplication(const ProgramIdentity& identity, const Options& options, Syst
                    WallClock& clock, SQLiteUserDefaults& defaults, CrashReporter& crashReporter,
                    QuitSignals& signals, const MakeSoundSystem& makeSoundSystem) {
     OrvantaDeskApp* running = nullptr;
-    const SingleInstance instance(
-        {.folder = sessionFolder(std::getenv("XDG_RUNTIME_DIR"), identity.settingsFile.parent_path()),
-         .name = identity.instanceName},
-        [&running] {
-            if (running != nullptr)
-                running->showPanel();
-        });
+    const SingleInstance instance({.folder = sessionFolder(std::getenv("XDG_RUNTIME_DIR"),
+                                                           identity.settingsFile.parent_path()),
+                                   .name = identity.instanceName},
+                                  [&running] {
+                                      if (running != nullptr)
+                                          running->showPanel();
+                                  });
     if (instance.start() == SingleInstance::Start::heard)
         return exitSuccess;
     if (instance.start() == SingleInstance::Start::unanswered) {
@@ -89,8 +89,8 @@ int runApplication(const ProgramIdentity& identity, const Options& options, Syst
     }
     std::optional<OwnerLock> owner;
     if (identity.ownsSession)
-        owner.emplace(ownerLockFile(std::getenv("XDG_RUNTIME_DIR"),
-                                    identity.settingsFile.parent_path()));
+        owner.emplace(
+            ownerLockFile(std::getenv("XDG_RUNTIME_DIR"), identity.settingsFile.parent_path()));
     if (owner && !owner->isOurs()) {
         complain(fmt::format("a mixer runs in this session already ({}); it has to end first.",
                              owner->owner() ? fmt::format("process {}", *owner->owner())

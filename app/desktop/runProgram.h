@@ -14,8 +14,8 @@ namespace orvanta {
 using MakeSoundSystem =
     std::function<std::unique_ptr<SoundSystem>(RunLoop& mainRunLoop, SystemLog& log)>;
 
-/// A program from its start to its end, in the order that a crash at any moment leaves a trace and a
-/// second start changes nothing. What goes wrong is told in a sentence on standard error.
+/// A program from its start to its end, in the order that a crash at any moment leaves a trace and
+/// a second start changes nothing. What goes wrong is told in a sentence on standard error.
 ///
 /// Exit codes: 0 when it has quit, or has shown the one that runs already; 1 when it cannot run; 2
 /// for options that are none; 3 when another mixer has the session.

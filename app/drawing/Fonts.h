@@ -10,7 +10,8 @@ inline constexpr const char* kSymbolFamily = "Framework7 Icons";
 inline constexpr const char* kFigureFamily = "Orvanta Figures";
 
 /// Makes these families known to the toolkit and gives it the one for text, once; later calls do
-/// nothing. Main thread, with a QGuiApplication. Throws std::runtime_error, which names the font that cannot be used.
+/// nothing. Main thread, with a QGuiApplication. Throws std::runtime_error, which names the font
+/// that cannot be used.
 void loadFonts();
 
 } // namespace orvanta

@@ -19,8 +19,7 @@ void GradientText::takeSize() {
 }
 
 void GradientText::paint(QPainter* painter) {
-    const QRectF drawn =
-        QFontMetricsF(font_).boundingRect(boundingRect(), Qt::AlignCenter, text_);
+    const QRectF drawn = QFontMetricsF(font_).boundingRect(boundingRect(), Qt::AlignCenter, text_);
     QLinearGradient gradient(drawn.topLeft(), isVertical_ ? drawn.bottomLeft() : drawn.topRight());
     gradient.setColorAt(0, startColor_);
     gradient.setColorAt(1, endColor_);

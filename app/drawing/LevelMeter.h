@@ -11,8 +11,8 @@
 
 namespace orvanta {
 
-/// A row's meter: three zones and a fill that follows the application's level. It is drawn anew only
-/// when its picture changes by a pixel, and rests while it cannot be seen.
+/// A row's meter: three zones and a fill that follows the application's level. It is drawn anew
+/// only when its picture changes by a pixel, and rests while it cannot be seen.
 class LevelMeter : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

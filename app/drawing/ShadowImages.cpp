@@ -35,12 +35,12 @@ QImage ShadowImages::requestImage(const QString& id, QSize* size, const QSize& /
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < side; ++y)
         for (int x = 0; x < side; ++x) {
-            const double distance = distanceFrom(x + 0.5 - middle, y + 0.5 - middle,
-                                                 middle - blur, radius);
-            image.setPixel(x, y,
-                           qRgba(0, 0, 0,
-                                 static_cast<int>(std::lround(255 * opacity *
-                                                              shade(distance, blur)))));
+            const double distance =
+                distanceFrom(x + 0.5 - middle, y + 0.5 - middle, middle - blur, radius);
+            image.setPixel(
+                x, y,
+                qRgba(0, 0, 0,
+                      static_cast<int>(std::lround(255 * opacity * shade(distance, blur)))));
         }
     if (size != nullptr)
         *size = image.size();

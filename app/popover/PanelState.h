@@ -6,8 +6,8 @@
 
 namespace orvanta {
 
-/// What the panel shows around its list, but for the master slider, which has a hand on it. Two that
-/// are equal look the same.
+/// What the panel shows around its list, but for the master slider, which has a hand on it. Two
+/// that are equal look the same.
 struct PanelState {
     std::size_t apps = 0;
     std::size_t tapped = 0;

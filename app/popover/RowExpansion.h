@@ -2,8 +2,8 @@
 
 namespace orvanta {
 
-/// What of a row is unfolded. Nothing of it outlasts the panel's closing, or the beginning or end of
-/// the row's tap.
+/// What of a row is unfolded. Nothing of it outlasts the panel's closing, or the beginning or end
+/// of the row's tap.
 struct RowExpansion {
     bool isEQExpanded = false;
     bool isAdvancedEQ = false;

@@ -18,8 +18,8 @@ struct DesktopRect {
 };
 
 /// Upper left corner of a panel of this width and height that belongs to an icon: centred on it, on
-/// the side where there is room, and wholly within `screen`, the part of the screen that windows may
-/// use. An icon without a size is a point, where the pointer was.
+/// the side where there is room, and wholly within `screen`, the part of the screen that windows
+/// may use. An icon without a size is a point, where the pointer was.
 [[nodiscard]] DesktopPoint panelPlace(const DesktopRect& icon, const DesktopRect& screen, int width,
                                       int height) noexcept;
 

@@ -80,6 +80,7 @@ Item {
                 height: 40
                 verticalAlignment: Text.AlignVCenter
                 text: "Theme"
+                font: Theme.body
             }
             Segmented {
                 x: parent.width - width - 8
@@ -103,7 +104,7 @@ Item {
                 verticalAlignment: Text.AlignVCenter
                 text: "Requires"
                 color: Theme.text2
-                font: Theme.note
+                font: Theme.detail
             }
             Label {
                 anchors.right: parent.right
@@ -112,6 +113,7 @@ Item {
                 height: 36
                 verticalAlignment: Text.AlignVCenter
                 text: "macOS Sonoma+"
+                font: Theme.body
             }
         }
         CheckForUpdatesButton {

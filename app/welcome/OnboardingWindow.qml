@@ -13,6 +13,8 @@ SmallWindow {
     OnboardingView {
         id: view
 
+        objectName: "onboarding"
+
         anchors.fill: parent
         focus: true
         shell: window.shell

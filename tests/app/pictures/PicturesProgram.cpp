@@ -5,7 +5,9 @@
 #include <QQuickWindow>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <utility>
 
 namespace orvanta::test {
 namespace {
@@ -26,6 +28,8 @@ private:
     const std::filesystem::path file_;
     const std::string key_;
 };
+
+constexpr auto kPanel = "shell/PopoverWithHotkey.qml";
 
 struct Look {
     std::string name;
@@ -52,43 +56,40 @@ public:
         std::filesystem::create_directories(folder_);
     }
 
-    /// Shows a view in a window and keeps its picture.
+    /// Shows a window and keeps its picture.
     void take(ViewRig& rig, const std::string& name, const QString& file,
               QVariantMap properties = {}) {
         rig.settle();
         const auto view = rig.make(file, std::move(properties));
-        auto& item = dynamic_cast<QQuickItem&>(*view);
-        QQuickWindow window;
-        window.setColor(Qt::transparent);
-        item.setParentItem(window.contentItem());
-        item.setSize({item.implicitWidth(), item.implicitHeight()});
-        window.resize(static_cast<int>(item.width()), static_cast<int>(item.height()));
+        auto& window = dynamic_cast<QQuickWindow&>(*view);
         window.show();
+        letItSettle(rig);
+        if (beforePicture)
+            std::exchange(beforePicture, nullptr)(window);
+        letItSettle(rig);
+        const auto target = folder_ / (name + ".png");
+        if (!window.grabWindow().save(QString::fromStdString(target.string())))
+            throw std::runtime_error("cannot write " + target.string());
+    }
+
+    std::function<void(QQuickWindow&)> beforePicture;
+
+private:
+    static void letItSettle(ViewRig& rig) {
         for (int turn = 0; turn < 20; ++turn) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
             rig.letMetersRise();
         }
-        if (beforePicture) {
-            beforePicture(item);
-            for (int turn = 0; turn < 20; ++turn)
-                QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        }
-        const auto target = folder_ / (name + ".png");
-        if (!window.grabWindow().save(QString::fromStdString(target.string())))
-            throw std::runtime_error("cannot write " + target.string());
-        beforePicture = nullptr;
     }
 
-    std::function<void(QQuickItem&)> beforePicture;
-
-private:
     const std::filesystem::path folder_;
 };
 
 void list(ViewRig& rig, std::int32_t pid, const std::string& name, bool isPlaying = true,
           const std::string& looksLike = {}) {
     rig.list(pid, name, std::nullopt, isPlaying);
-    const auto found = std::ranges::find(looks(), looksLike.empty() ? name : looksLike, &Look::name);
+    const auto found =
+        std::ranges::find(looks(), looksLike.empty() ? name : looksLike, &Look::name);
     if (found == looks().end())
         return;
     const auto file = rig.home.path() / (found->name + ".png");
@@ -152,7 +153,7 @@ void takePanel(Pictures& pictures, ThemeChoice theme, const std::string& name) {
     ViewRig rig;
     rig.themes.choice.set(theme);
     fillFive(rig);
-    pictures.take(rig, name, "popover/AudioMixerPopover.qml");
+    pictures.take(rig, name, kPanel);
 }
 
 void takeTenBand(Pictures& pictures) {
@@ -166,11 +167,11 @@ void takeTenBand(Pictures& pictures) {
     rig.tapping->gainReductions[10] = {3.0F, 5.0F, 1.0F};
     itemOf(rig, 10).toggleEQMode();
     itemOf(rig, 10).toggleCompressorAdvanced();
-    pictures.beforePicture = [](QQuickItem& item) {
-        auto* const apps = item.findChild<QQuickItem*>("apps");
+    pictures.beforePicture = [](QQuickWindow& window) {
+        auto* const apps = window.findChild<QQuickItem*>("apps");
         apps->setProperty("contentY", apps->property("contentY").toReal() + 105.5);
     };
-    pictures.take(rig, "panel-tenband", "popover/AudioMixerPopover.qml");
+    pictures.take(rig, "panel-tenband", kPanel);
 }
 
 void takeRecording(Pictures& pictures) {
@@ -197,7 +198,7 @@ void takeRecording(Pictures& pictures) {
     rig.model->setBalance(10, 0.35F);
     rig.tapping->levels[10] = {.rms = 0.5F, .peak = 0.7F};
     rig.model->setMasterVolume(0.865F);
-    pictures.take(rig, "panel-recording", "popover/AudioMixerPopover.qml");
+    pictures.take(rig, "panel-recording", kPanel);
 }
 
 void takeList(Pictures& pictures) {
@@ -224,23 +225,32 @@ void takeList(Pictures& pictures) {
     rig.model->setMasterVolume(0.5F);
     rig.model->toggleMuteAll();
     rig.model->masterVolume.set(0.5F);
-    pictures.take(rig, "panel-list", "popover/AudioMixerPopover.qml");
+    pictures.take(rig, "panel-list", kPanel);
 }
 
 void takeEmpty(Pictures& pictures) {
     ViewRig rig;
     rig.model->autoTapEnabled.set(true);
     rig.model->setMasterVolume(0.5F);
-    pictures.take(rig, "panel-empty", "popover/AudioMixerPopover.qml");
+    pictures.take(rig, "panel-empty", kPanel);
+}
+
+void leaveCrashReport(const ViewRig& rig) {
+    std::ofstream(rig.crashReporter.logDir() / "crash-2026-01-01T12-00-00Z.log") << "report\n";
 }
 
 void takeSmallWindows(Pictures& pictures) {
     ViewRig rig;
-    rig.shell->lookForCrashReports();
-    pictures.take(rig, "about-plain", "welcome/AboutView.qml");
-    for (int page = 0; page < 3; ++page)
-        pictures.take(rig, "onboarding-" + std::to_string(page + 1), "welcome/OnboardingView.qml",
-                      {{"currentPage", page}});
+    pictures.take(rig, "about-without-reports", "welcome/AboutWindow.qml");
+    leaveCrashReport(rig);
+    pictures.take(rig, "about", "welcome/AboutWindow.qml");
+    for (int page = 0; page < 3; ++page) {
+        pictures.beforePicture = [page](QQuickWindow& window) {
+            window.findChild<QQuickItem*>("onboarding")->setProperty("currentPage", page);
+        };
+        pictures.take(rig, "onboarding-" + std::to_string(page + 1),
+                      "welcome/OnboardingWindow.qml");
+    }
 }
 
 int run(const std::string& folder) {

@@ -4,8 +4,6 @@
 #include "app/drawing/Fonts.h"
 #include "app/drawing/ShadowImages.h"
 
-#include <QQmlAbstractUrlInterceptor>
-
 namespace orvanta::test {
 
 ViewRig::ViewRig() {
@@ -13,16 +11,17 @@ ViewRig::ViewRig() {
     startRunning();
     shell = std::make_unique<ShellBridge>(
         BundleInfo{.shortVersion = "1.0.0", .version = "1"}, windows, onboarding, crashReporter,
-        ShellBridge::Actions{.checkForUpdates = [this] { ++updateChecks; },
-                             .openURL = [this](const std::string& url) {
-                                 openedURLs.push_back(url);
-                             },
-                             .quit = [this] { ++quits; }});
+        ShellBridge::Actions{
+            .checkForUpdates = [this] { ++updateChecks; },
+            .openURL = [this](const std::string& url) { openedURLs.push_back(url); },
+            .quit =
+                [this] {
+                    ++quits;
+                }});
     mixer = std::make_unique<MixerBridge>(model, platformWith(server));
     theme.setLook({.isMotionReduced = true, .hasCompositor = true});
     ThemeBridge::setFor(engine, theme);
-    struct I : QQmlAbstractUrlInterceptor { QUrl intercept(const QUrl& u, DataType t) override { if (t==QmldirFile||!qEnvironmentVariableIsSet("OV_SRC")) return u; QString s=u.toString(); if (s.startsWith("qrc:/qt/qml/Orvanta/") && s.endsWith(".qml")) return QUrl("file://"+qEnvironmentVariable("OV_SRC")+s.mid(20)); return u;} };
-    engine.addUrlInterceptor(new I);
+
     engine.addImportPath("qrc:/qt/qml");
     engine.addImageProvider(ShadowImages::name, new ShadowImages);
 }
