@@ -18,6 +18,7 @@ Rectangle {
         anchors.centerIn: parent
         text: capsule.count
         color: Theme.text2
+        horizontalAlignment: Text.AlignLeft
         font.family: Theme.figures
         font.pixelSize: 9
         font.weight: Font.Medium

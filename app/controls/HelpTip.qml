@@ -23,6 +23,7 @@ T.ToolTip {
     contentItem: Text {
         text: tip.text
         color: Theme.text1
+        horizontalAlignment: Text.AlignLeft
         font: Theme.smallControl
         textFormat: Text.PlainText
         wrapMode: Text.Wrap

@@ -41,6 +41,7 @@ ButtonBase {
                 text: button.text
                 color: button.isAwake && !button.down && button.restOpacity === 1 ? Theme.text1
                                                                                   : button.color
+                horizontalAlignment: Text.AlignLeft
                 font: button.textFont
                 textFormat: Text.PlainText
                 anchors.alignWhenCentered: false

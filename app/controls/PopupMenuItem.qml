@@ -67,6 +67,7 @@ T.MenuItem {
                 height: parent.height
                 verticalAlignment: Text.AlignVCenter
                 text: entry.emoji
+                horizontalAlignment: Text.AlignLeft
                 font.pixelSize: 12
                 Accessible.ignored: true
             }
@@ -75,6 +76,7 @@ T.MenuItem {
                 verticalAlignment: Text.AlignVCenter
                 text: entry.text
                 color: Theme.text1
+                horizontalAlignment: Text.AlignLeft
                 font: Theme.body
                 textFormat: Text.PlainText
                 Accessible.ignored: true

@@ -29,6 +29,7 @@ ButtonBase {
                 anchors.verticalCenter: parent.verticalCenter
                 text: button.text
                 color: Theme.ink
+                horizontalAlignment: Text.AlignLeft
                 font: Theme.heading
                 textFormat: Text.PlainText
                 anchors.alignWhenCentered: false

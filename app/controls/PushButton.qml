@@ -37,6 +37,7 @@ ButtonBase {
                 text: button.text
                 color: button.isLit ? Theme.mix(button.tint, "#FFFFFF", 0.3)
                                     : button.down ? Theme.text2 : Theme.text1
+                horizontalAlignment: Text.AlignLeft
                 font: button.isSmall ? Theme.smallControl : Theme.controlText
                 textFormat: Text.PlainText
                 anchors.alignWhenCentered: false

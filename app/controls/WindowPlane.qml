@@ -6,12 +6,13 @@ import Orvanta
 Rectangle {
     id: plane
 
+    property bool hasRoundCorners: CurrentTheme.hasCompositor
     property real headerHeight: 0
     property real footerHeight: 0
     /// Share of the height at which the light from above has faded.
     property real fade: headerHeight / height
 
-    radius: CurrentTheme.hasCompositor ? Theme.radiusWindow : 0
+    radius: hasRoundCorners ? Theme.radiusWindow : 0
     gradient: Gradient {
         GradientStop { position: 0; color: Theme.headerTop }
         GradientStop { position: plane.fade; color: Theme.pane }

@@ -18,6 +18,7 @@ Item {
         anchors.centerIn: parent
         text: SymbolTable.glyph(symbol.name)
         color: symbol.color
+        horizontalAlignment: Text.AlignLeft
         font.family: Theme.symbols
         font.pixelSize: symbol.size
         Accessible.ignored: true

@@ -7,12 +7,14 @@ FocusScope {
 
     required property MixerBridge mixer
     required property ShellBridge shell
+    property bool hasRoundCorners: true
 
     implicitWidth: 360
     implicitHeight: 520
 
     WindowPlane {
         anchors.fill: parent
+        hasRoundCorners: panel.hasRoundCorners
         headerHeight: 76
         footerHeight: 40
     }

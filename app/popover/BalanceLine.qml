@@ -16,6 +16,7 @@ Item {
 
         anchors.verticalCenter: parent?.verticalCenter
         color: isLit ? Theme.featureBalance : Theme.text3
+        horizontalAlignment: Text.AlignLeft
         font.family: Theme.family
         font.pixelSize: 11
         font.weight: Font.DemiBold

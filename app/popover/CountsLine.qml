@@ -11,6 +11,7 @@ Row {
         text: "  ·  "
         color: Theme.text1
         opacity: Theme.textOpacity(0.45)
+        horizontalAlignment: Text.AlignLeft
         font: Theme.caption
         Accessible.ignored: true
     }

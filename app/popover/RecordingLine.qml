@@ -39,6 +39,7 @@ Item {
             anchors.centerIn: parent
             text: "REC"
             color: "#FFFFFF"
+            horizontalAlignment: Text.AlignLeft
             font: Theme.badge
             Accessible.role: Accessible.StaticText
             Accessible.name: text
@@ -49,6 +50,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         text: line.item.elapsedTime
         color: Theme.redText
+        horizontalAlignment: Text.AlignLeft
         font.family: Theme.figures
         font.pixelSize: 11
         font.weight: Font.DemiBold

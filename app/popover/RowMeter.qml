@@ -16,6 +16,7 @@ Item {
         anchors.verticalCenter: parent?.verticalCenter
         color: Theme.text2
         opacity: Theme.textOpacity(0.25)
+        horizontalAlignment: Text.AlignLeft
         font: Theme.meterScale
         Accessible.ignored: true
     }

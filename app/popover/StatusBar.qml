@@ -25,6 +25,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             text: "  ·  "
             color: Theme.text3
+            horizontalAlignment: Text.AlignLeft
             font: Theme.caption
             Accessible.ignored: true
         }

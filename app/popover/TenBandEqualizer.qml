@@ -52,6 +52,7 @@ Item {
                 y: 99
                 text: band.modelData.label
                 color: RowValues.isGainLit(fader.value) ? Theme.accentSecondary : Theme.text3
+                horizontalAlignment: Text.AlignLeft
                 font: Theme.micro
                 Accessible.ignored: true
             }

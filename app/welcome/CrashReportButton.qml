@@ -28,6 +28,7 @@ ButtonBase {
                 anchors.verticalCenter: parent.verticalCenter
                 text: button.text
                 color: button.hovered || button.visualFocus ? Theme.redText : Theme.red
+                horizontalAlignment: Text.AlignLeft
                 font: Theme.controlText
                 textFormat: Text.PlainText
                 Accessible.ignored: true
