@@ -107,7 +107,7 @@ QString MixerBridge::autoTapSymbol() const {
     return qText(panelText::autoTapSymbol(isAutoTapOn()));
 }
 
-QString MixerBridge::autoTapHelp() const {
+QString MixerBridge::autoTapHelp() {
     return qText(panelText::autoTapHelp);
 }
 

@@ -75,7 +75,7 @@ public:
     [[nodiscard]] bool isAutoTapOn() const { return state_.isAutoTapOn; }
 
     [[nodiscard]] QString autoTapSymbol() const;
-    [[nodiscard]] QString autoTapHelp() const;
+    [[nodiscard]] static QString autoTapHelp();
     [[nodiscard]] QString autoTapHint() const;
     Q_INVOKABLE void toggleAutoTap();
 

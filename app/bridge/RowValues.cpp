@@ -22,7 +22,7 @@ const CompressorField& compressorField(int field) {
 
 } // namespace
 
-QVariantList RowValues::equalizerPresets() const {
+QVariantList RowValues::equalizerPresets() {
     QVariantList entries;
     for (const EQPresetGroup& group : kEQPresetGroups) {
         QString heading = qText(group.heading);
@@ -35,7 +35,7 @@ QVariantList RowValues::equalizerPresets() const {
     return entries;
 }
 
-QVariantList RowValues::simpleBands() const {
+QVariantList RowValues::simpleBands() {
     QVariantList entries;
     for (const EQSimpleBand band : kEQSimpleBands)
         entries.append(QVariantMap{{"text", qText(rowText::simpleBandText(band))},
@@ -43,7 +43,7 @@ QVariantList RowValues::simpleBands() const {
     return entries;
 }
 
-QVariantList RowValues::bands() const {
+QVariantList RowValues::bands() {
     QVariantList entries;
     for (std::size_t band = 0; band < kEQLabels.size(); ++band)
         entries.append(
@@ -52,14 +52,14 @@ QVariantList RowValues::bands() const {
     return entries;
 }
 
-QStringList RowValues::compressorPresets() const {
+QStringList RowValues::compressorPresets() {
     QStringList names;
     for (const NamedCompressorPreset& preset : CompressorPreset::allPresets())
         names.append(qText(preset.name));
     return names;
 }
 
-QVariantList RowValues::compressorFields() const {
+QVariantList RowValues::compressorFields() {
     QVariantList entries;
     for (const CompressorField& field : kCompressorFields)
         entries.append(QVariantMap{{"label", qText(field.label)},
@@ -70,23 +70,23 @@ QVariantList RowValues::compressorFields() const {
     return entries;
 }
 
-QString RowValues::expansionHint(bool isExpanded) const {
+QString RowValues::expansionHint(bool isExpanded) {
     return qText(rowText::expansionHint(isExpanded));
 }
 
-QString RowValues::gainReadOut(double gain) const {
+QString RowValues::gainReadOut(double gain) {
     return qText(rowText::gainReadOut(static_cast<float>(gain)));
 }
 
-QString RowValues::gainValue(double gain) const {
+QString RowValues::gainValue(double gain) {
     return qText(rowText::gainValue(static_cast<float>(gain)));
 }
 
-bool RowValues::isGainLit(double gain) const {
+bool RowValues::isGainLit(double gain) {
     return rowText::isGainLit(static_cast<float>(gain));
 }
 
-QVariantMap RowValues::balanceWords(double balance) const {
+QVariantMap RowValues::balanceWords(double balance) {
     const auto value = static_cast<float>(balance);
     return {{"value", qText(rowText::balanceValue(value))},
             {"readOut", qText(rowText::balanceReadOut(value))},
@@ -94,19 +94,19 @@ QVariantMap RowValues::balanceWords(double balance) const {
             {"isRightLit", rowText::isRightLit(value)}};
 }
 
-QString RowValues::thresholdReadOut(double threshold) const {
+QString RowValues::thresholdReadOut(double threshold) {
     return qText(rowText::thresholdReadOut(static_cast<float>(threshold)));
 }
 
-QString RowValues::thresholdValue(double threshold) const {
+QString RowValues::thresholdValue(double threshold) {
     return qText(rowText::thresholdValue(static_cast<float>(threshold)));
 }
 
-QString RowValues::compressorReadOut(int field, double value) const {
+QString RowValues::compressorReadOut(int field, double value) {
     return qText(compressorField(field).readOut(static_cast<float>(value)));
 }
 
-QString RowValues::compressorValue(int field, double value) const {
+QString RowValues::compressorValue(int field, double value) {
     return qText(compressorField(field).accessibleValue(static_cast<float>(value)));
 }
 

@@ -24,23 +24,23 @@ class RowValues final : public QObject {
     Q_PROPERTY(QVariantList compressorFields READ compressorFields CONSTANT)
 
 public:
-    [[nodiscard]] QVariantList equalizerPresets() const;
-    [[nodiscard]] QVariantList simpleBands() const;
-    [[nodiscard]] QVariantList bands() const;
-    [[nodiscard]] QStringList compressorPresets() const;
-    [[nodiscard]] QVariantList compressorFields() const;
+    [[nodiscard]] static QVariantList equalizerPresets();
+    [[nodiscard]] static QVariantList simpleBands();
+    [[nodiscard]] static QVariantList bands();
+    [[nodiscard]] static QStringList compressorPresets();
+    [[nodiscard]] static QVariantList compressorFields();
 
-    Q_INVOKABLE [[nodiscard]] QString expansionHint(bool isExpanded) const;
-    Q_INVOKABLE [[nodiscard]] QString gainReadOut(double gain) const;
-    Q_INVOKABLE [[nodiscard]] QString gainValue(double gain) const;
-    Q_INVOKABLE [[nodiscard]] bool isGainLit(double gain) const;
+    Q_INVOKABLE [[nodiscard]] static QString expansionHint(bool isExpanded);
+    Q_INVOKABLE [[nodiscard]] static QString gainReadOut(double gain);
+    Q_INVOKABLE [[nodiscard]] static QString gainValue(double gain);
+    Q_INVOKABLE [[nodiscard]] static bool isGainLit(double gain);
     /// `value`, `readOut`, `isLeftLit` and `isRightLit`.
-    Q_INVOKABLE [[nodiscard]] QVariantMap balanceWords(double balance) const;
-    Q_INVOKABLE [[nodiscard]] QString thresholdReadOut(double threshold) const;
-    Q_INVOKABLE [[nodiscard]] QString thresholdValue(double threshold) const;
+    Q_INVOKABLE [[nodiscard]] static QVariantMap balanceWords(double balance);
+    Q_INVOKABLE [[nodiscard]] static QString thresholdReadOut(double threshold);
+    Q_INVOKABLE [[nodiscard]] static QString thresholdValue(double threshold);
     /// `field` counts `compressorFields`.
-    Q_INVOKABLE [[nodiscard]] QString compressorReadOut(int field, double value) const;
-    Q_INVOKABLE [[nodiscard]] QString compressorValue(int field, double value) const;
+    Q_INVOKABLE [[nodiscard]] static QString compressorReadOut(int field, double value);
+    Q_INVOKABLE [[nodiscard]] static QString compressorValue(int field, double value);
 };
 
 } // namespace orvanta

@@ -5,7 +5,7 @@
 
 namespace orvanta {
 
-QString SymbolTable::glyph(const QString& name) const {
+QString SymbolTable::glyph(const QString& name) {
     const std::string_view glyph = glyphOf(name.toStdString());
     if (glyph.empty() && !name.isEmpty())
         qWarning("There is no symbol \"%s\".", qPrintable(name));

@@ -13,7 +13,7 @@ class SymbolTable final : public QObject {
 
 public:
     /// What draws the symbol in the icon font. Warns of a name that there is not.
-    Q_INVOKABLE [[nodiscard]] QString glyph(const QString& name) const;
+    Q_INVOKABLE [[nodiscard]] static QString glyph(const QString& name);
 };
 
 } // namespace orvanta

@@ -75,7 +75,7 @@ QVariantMap ThemeBridge::colors() const {
     return colors;
 }
 
-QStringList ThemeBridge::themeNames() const {
+QStringList ThemeBridge::themeNames() {
     QStringList names;
     for (const ThemeChoice choice : kThemeChoices)
         names.append(qText(displayName(choice)));

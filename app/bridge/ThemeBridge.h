@@ -41,7 +41,7 @@ public:
 
     [[nodiscard]] QVariantMap colors() const;
 
-    [[nodiscard]] QStringList themeNames() const;
+    [[nodiscard]] static QStringList themeNames();
     [[nodiscard]] int themeIndex() const;
     void chooseTheme(int index);
     [[nodiscard]] QString themeHelp() const;

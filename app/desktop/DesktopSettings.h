@@ -18,10 +18,8 @@ public:
     /// `changed` is called at once, and then whenever the look has become another.
     DesktopSettings(QDBusConnection sessionBus, std::function<void(const DesktopLook&)> changed);
 
-private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
 private:
+    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
     void read(const QString& group, const QString& key);
     void take(const QString& group, const QString& key, const QVariant& value);
 

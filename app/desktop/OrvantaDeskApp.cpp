@@ -13,6 +13,7 @@
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QUrl>
+#include <utility>
 
 namespace orvanta {
 namespace {
@@ -45,8 +46,8 @@ bool hasFocus() {
 
 } // namespace
 
-OrvantaDeskApp::OrvantaDeskApp(const Start& start)
-    : start_(start),
+OrvantaDeskApp::OrvantaDeskApp(Start start)
+    : start_(std::move(start)),
       fileViewer_(bus_, [](const QString& address) { QDesktopServices::openUrl(QUrl(address)); }),
       hotKeyCenter_(makeHotKeyCenter(session_, bus_, start_.log, kHotKeyDescriptions)),
       loginItem_(makeLoginItem(start_.identity)),

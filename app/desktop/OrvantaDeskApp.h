@@ -45,7 +45,7 @@ public:
         SoundSystem& sound;
     };
 
-    explicit OrvantaDeskApp(const Start& start);
+    explicit OrvantaDeskApp(Start start);
     OrvantaDeskApp(const OrvantaDeskApp&) = delete;
     OrvantaDeskApp& operator=(const OrvantaDeskApp&) = delete;
     /// Finishes recordings, and gives all sound back.
@@ -53,7 +53,7 @@ public:
 
     void showPanel();
     /// At once, without a question.
-    void quit();
+    static void quit();
 
 private:
     [[nodiscard]] Platform platform();

@@ -5,6 +5,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 #include <array>
 
 namespace orvanta {
@@ -126,11 +127,11 @@ void QuickWindows::closeKeyWindow() {
 }
 
 void QuickWindows::activateIgnoringOtherApps() {
-    for (auto each = open_.rbegin(); each != open_.rend(); ++each)
-        if (*each && (*each)->isVisible()) {
-            bringToFront(**each);
-            return;
-        }
+    const auto newest = std::find_if(open_.rbegin(), open_.rend(), [](const auto& window) {
+        return window && window->isVisible();
+    });
+    if (newest != open_.rend())
+        bringToFront(**newest);
 }
 
 } // namespace orvanta

@@ -10,6 +10,20 @@
 
 namespace orvanta {
 
+namespace {
+
+/// White, with a trace of shade round it for trays that are white themselves.
+void paintSymbol(QPainter& painter, const QRect& square) {
+    const QString symbol = qText(glyphOf("speaker.wave.2.fill"));
+    painter.setPen(QColor(0, 0, 0, 70));
+    for (const QPoint offset : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)})
+        painter.drawText(square.translated(offset), Qt::AlignCenter, symbol);
+    painter.setPen(Qt::white);
+    painter.drawText(square, Qt::AlignCenter, symbol);
+}
+
+} // namespace
+
 QIcon paintTrayIcon() {
     QIcon icon;
     for (const int size : {16, 22, 24, 32, 48, 64}) {
@@ -20,8 +34,7 @@ QIcon paintTrayIcon() {
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::TextAntialiasing);
         painter.setFont(font);
-        painter.setPen(Qt::white);
-        painter.drawText(picture.rect(), Qt::AlignCenter, qText(glyphOf("speaker.wave.2.fill")));
+        paintSymbol(painter, picture.rect());
         painter.end();
         icon.addPixmap(picture);
     }

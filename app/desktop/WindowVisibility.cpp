@@ -1,6 +1,7 @@
 #include "app/desktop/WindowVisibility.h"
 
 #include <QEvent>
+#include <QTimer>
 #include <utility>
 
 namespace orvanta {
@@ -15,7 +16,7 @@ WindowVisibility::WindowVisibility(QWindow& window, std::function<void(bool)> ch
 bool WindowVisibility::eventFilter(QObject* watched, QEvent* event) {
     // The window is told of it after us.
     if (event->type() == QEvent::Expose)
-        QMetaObject::invokeMethod(this, &WindowVisibility::look, Qt::QueuedConnection);
+        QTimer::singleShot(0, this, &WindowVisibility::look);
     return QObject::eventFilter(watched, event);
 }
 

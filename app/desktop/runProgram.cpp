@@ -108,7 +108,7 @@ int runApplication(const ProgramIdentity& identity, const Options& options, Syst
                         .mainRunLoop = mainRunLoop,
                         .sound = *sound});
     running = &app;
-    signals.listen([&app] { app.quit(); });
+    signals.listen(&OrvantaDeskApp::quit);
     if (options.isPanelShown)
         app.showPanel();
     const int exitCode = QApplication::exec();

@@ -1,11 +1,20 @@
 #include "app/desktop/PipeWireSystem.h"
 #include "app/desktop/runProgram.h"
 
-/// The mixer of the user's session.
-int main(int argc, char** argv) {
-    using namespace orvanta;
+namespace orvanta {
+namespace {
+
+int runMixer(int argc, char** argv) {
     return runProgram(argc, argv, ProgramIdentity::ofMixer(),
                       [](RunLoop& /*mainRunLoop*/, SystemLog& log) {
                           return std::make_unique<PipeWireSystem>(log);
                       });
+}
+
+} // namespace
+} // namespace orvanta
+
+/// The mixer of the user's session.
+int main(int argc, char** argv) {
+    return orvanta::runMixer(argc, argv);
 }
