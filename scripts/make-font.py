@@ -48,7 +48,7 @@ def use_tabular_figures(font):
 def cut(font, codes, features):
     options = subset.Options()
     options.layout_features = features
-    options.name_IDs = [1, 2, 4, 6, 13, 14, 16, 17]
+    options.name_IDs = [0, 1, 2, 4, 6, 7, 13, 14, 16, 17]
     options.notdef_outline = True
     subsetter = subset.Subsetter(options)
     subsetter.populate(unicodes=codes)

@@ -40,10 +40,12 @@ void AppItem::update(const AudioApp& app, Seconds now) {
     const bool isTapNew = next.isTapped != state_.isTapped;
     const bool isRecordingNew = next.isRecording != state_.isRecording;
     state_ = std::move(next);
-    slider_.follow(state_.volume);
-    // A tap begins and ends with its row folded.
-    if (isTapNew)
+    // A tap begins and ends with its row folded, and with no hand on it.
+    if (isTapNew) {
+        slider_.abandonDrag();
         fold();
+    }
+    slider_.follow(state_.volume);
     Q_EMIT changed();
     if (isRecordingNew)
         Q_EMIT elapsedChanged();
@@ -318,7 +320,7 @@ void AppItem::updateReductions() {
     if (!expansion_.isCompressorAdvanced)
         return;
     QList<double> shares;
-    for (const float reduction : model_->getCompressorGainReduction(pid()))
+    for (const float reduction : valueOr(model_->compressorGainReduction.get(), pid(), {}))
         shares.append(std::round(reductionShare(reduction) * kReductionSteps) / kReductionSteps);
     if (std::exchange(reductions_, shares) != shares)
         Q_EMIT reductionsMoved();

@@ -28,6 +28,8 @@ public:
     void setRunning(bool isRunning);
 
 Q_SIGNALS:
+    /// It begins to beat: time has passed that nobody counted.
+    void started();
     void ticked();
 
 private:

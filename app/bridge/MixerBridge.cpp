@@ -57,6 +57,7 @@ void MixerBridge::update() {
     const bool isNew = std::exchange(state_, next) != next;
     apps_.update(mainRunLoop_.now());
     updateOutputs();
+    updateClock();
     scheduleExpiry();
     if (isNew) {
         Q_EMIT changed();
@@ -74,7 +75,7 @@ void MixerBridge::updateOutputs() {
 
 void MixerBridge::scheduleExpiry() {
     // Nobody sees the sections of a closed panel.
-    const auto next = clock_.isRunning() ? apps_.nextExpiry() : std::nullopt;
+    const auto next = isPanelVisible_ ? apps_.nextExpiry() : std::nullopt;
     expiry_ = nullptr;
     if (!next)
         return;
@@ -84,11 +85,15 @@ void MixerBridge::scheduleExpiry() {
 }
 
 void MixerBridge::setPanelVisible(bool isVisible) {
+    isPanelVisible_ = isVisible;
     model_->setPopoverVisible(isVisible);
-    clock_.setRunning(isVisible);
-    if (!isVisible)
-        apps_.foldAll();
     coalescer_.ask();
+    updateClock();
+}
+
+void MixerBridge::updateClock() {
+    // Meters are of taps.
+    clock_.setRunning(isPanelVisible_ && hasTaps());
 }
 
 QString MixerBridge::appCount() const {
@@ -145,6 +150,8 @@ void MixerBridge::moveMaster(double volume) {
 
 void MixerBridge::endMasterDrag() {
     master_.endDrag();
+    // Behind what the drag has left in the queue: slow devices end where the hand did.
+    masterQueue_->post(model_->masterVolumeToDevicesTask(master_.volume()));
     Q_EMIT masterChanged();
 }
 

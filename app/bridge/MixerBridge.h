@@ -61,8 +61,11 @@ public:
 
     [[nodiscard]] LevelClock* clock() { return &clock_; }
 
-    /// The panel opens or closes. Closing folds its rows.
+    /// Whether anybody can see the panel.
     void setPanelVisible(bool isVisible);
+
+    /// Folds its rows.
+    void panelClosed() { apps_.foldAll(); }
 
     [[nodiscard]] bool isEmpty() const { return state_.apps == 0; }
 
@@ -114,6 +117,7 @@ private:
     void watch(Published<Values>&... published);
     void update();
     void updateOutputs();
+    void updateClock();
     void scheduleExpiry();
 
     const std::shared_ptr<MixerViewModel> model_;
@@ -124,6 +128,7 @@ private:
     LevelClock clock_;
     MasterSlider master_;
     PanelState state_;
+    bool isPanelVisible_ = false;
     std::vector<OutputDevice> outputs_;
     Coalescer coalescer_;
     /// Looks again when time alone has moved a row.

@@ -72,6 +72,10 @@ Item {
         property real grip: 0
         property real wheel: 0
         property bool isFocusedByMouse: false
+        /// Where on the screen the pointer came over the slider, and whether it has moved since. One
+        /// that rests while the list scrolls under it means the list.
+        property point entered: Qt.point(0, 0)
+        property bool isAimedAt: false
     }
 
     /// What the model has is shown again when a hand's move has come to nothing there.
@@ -124,6 +128,9 @@ Item {
     }
 
     function moveTo(next: real) {
+        // A hand that holds the cap is the one writer.
+        if (area.pressed)
+            return;
         began();
         write(snapped(next));
         moved(value);
@@ -168,7 +175,15 @@ Item {
             slider.began();
             slider.drag(position);
         }
+        onEntered: {
+            inner.entered = mapToGlobal(mouseX, mouseY);
+            inner.isAimedAt = false;
+            inner.wheel = 0;
+        }
         onPositionChanged: mouse => {
+            const place = mapToGlobal(mouse.x, mouse.y);
+            if (Math.abs(place.x - inner.entered.x) + Math.abs(place.y - inner.entered.y) >= 1)
+                inner.isAimedAt = true;
             if (pressed)
                 slider.drag(along(mouse));
         }
@@ -181,7 +196,7 @@ Item {
         }
 
         onWheel: wheel => {
-            if (wheel.angleDelta.y === 0) {
+            if (wheel.angleDelta.y === 0 || !inner.isAimedAt) {
                 wheel.accepted = false;
                 return;
             }

@@ -12,7 +12,9 @@
 
 #include <QDesktopServices>
 #include <QGuiApplication>
+#include <QTimer>
 #include <QUrl>
+#include <chrono>
 #include <utility>
 
 namespace orvanta {
@@ -39,6 +41,9 @@ std::unique_ptr<LoginItem> makeLoginItem(const ProgramIdentity& identity) {
                                 .executable =
                                     QCoreApplication::applicationFilePath().toStdString()});
 }
+
+/// A session that has just begun may start us before its tray.
+constexpr std::chrono::seconds kTrayGrace{3};
 
 bool hasFocus() {
     return QGuiApplication::focusWindow() != nullptr;
@@ -87,6 +92,7 @@ OrvantaDeskApp::OrvantaDeskApp(Start start)
     windows_.give(QStringLiteral("updates"), updates_);
     panel_ = std::make_unique<Panel>(windows_.makePanel(), start_.mainRunLoop.queue(),
                                      [this](bool isVisible) { panelVisibilityChanged(isVisible); });
+    windows_.onPanelClosed([this] { mixer_.panelClosed(); });
     windows_.setPanelHider([this] { panel_->giveWay(); });
     appDelegate_.applicationDidFinishLaunching();
 }
@@ -150,22 +156,29 @@ void OrvantaDeskApp::trayChanged(bool isThere) {
     if (isThere)
         trayIcon_ = std::make_unique<TrayIcon>(
             TrayIcon::Actions{.togglePanel = [this](const QRect& icon) { panel_->toggle(icon); },
+                              .showPanel = [this] { showPanel(); },
                               .openConsole =
                                   [this] {
                                       windows_.open(kConsoleWindow.identifier);
                                       windows_.activateIgnoringOtherApps();
                                   },
-                              .quit =
-                                  [this] {
-                                      quit();
-                                  }});
+                              .quit = &OrvantaDeskApp::quit});
     panel_->setHasTray(isThere);
-    // There is no other way to it.
-    if (!isThere)
-        panel_->show();
+    if (std::exchange(isPanelWanted_, false))
+        showPanel();
+    else if (!isThere)
+        QTimer::singleShot(kTrayGrace, panel_.get(), [this] {
+            // There is no other way to it.
+            if (!trayIcon_)
+                panel_->show();
+        });
 }
 
 void OrvantaDeskApp::showPanel() {
+    if (!trayWatch_.isThere()) {
+        isPanelWanted_ = true;
+        return;
+    }
     panel_->show(trayIcon_ ? trayIcon_->geometry() : QRect());
 }
 

@@ -51,6 +51,7 @@ public:
     /// Finishes recordings, and gives all sound back.
     ~OrvantaDeskApp();
 
+    /// As soon as it is known whether there is a tray.
     void showPanel();
     /// At once, without a question.
     static void quit();
@@ -94,6 +95,7 @@ private:
     ShellBridge shell_;
     std::unique_ptr<Panel> panel_;
     std::unique_ptr<TrayIcon> trayIcon_;
+    bool isPanelWanted_ = false;
     TrayWatch trayWatch_;
 };
 

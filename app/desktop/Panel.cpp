@@ -25,14 +25,25 @@ Panel::Panel(QQuickWindow& window, RunLoop& mainRunLoop,
     : window_(window),
       mainRunLoop_(mainRunLoop),
       visibility_(window, std::move(visibilityChanged)) {
-    window_.setFlags(kPlain);
+    setFlags();
     connect(&window_, &QWindow::activeChanged, this, &Panel::activeChanged);
 }
 
+void Panel::setFlags() {
+    window_.setFlags(hasTray_ ? kDropped : kPlain);
+    window_.setProperty("isFramed", !hasTray_);
+}
+
 void Panel::setHasTray(bool hasTray) {
+    if (hasTray == hasTray_)
+        return;
     hasTray_ = hasTray;
-    if (!window_.isVisible())
-        window_.setFlags(hasTray ? kDropped : kPlain);
+    const bool isShown = window_.isVisible();
+    // A window changes its kind only while it is away.
+    window_.hide();
+    setFlags();
+    if (isShown)
+        show();
 }
 
 void Panel::toggle(const QRect& icon) {
@@ -43,11 +54,8 @@ void Panel::toggle(const QRect& icon) {
 }
 
 void Panel::show(const QRect& icon) {
-    if (!window_.isVisible()) {
-        window_.setFlags(hasTray_ ? kDropped : kPlain);
-        if (hasTray_)
-            place(icon);
-    }
+    if (!window_.isVisible() && hasTray_)
+        place(icon);
     if (window_.visibility() == QWindow::Minimized)
         window_.showNormal();
     else
@@ -76,7 +84,7 @@ void Panel::place(const QRect& icon) {
 }
 
 void Panel::activeChanged() {
-    if (window_.isActive() || !window_.isVisible() || !(window_.flags() & Qt::FramelessWindowHint))
+    if (window_.isActive() || !window_.isVisible() || !hasTray_)
         return;
     toggle_.hidden(mainRunLoop_.now());
     window_.hide();

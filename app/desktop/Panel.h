@@ -21,7 +21,7 @@ public:
     Panel(QQuickWindow& window, RunLoop& mainRunLoop,
           std::function<void(bool isVisible)> visibilityChanged);
 
-    /// Takes effect when the panel is shown next, or at once where it is a plain window now.
+    /// A panel that is open stays so, as the other kind of window.
     void setHasTray(bool hasTray);
 
     /// Where the icon is; empty where the desktop does not tell, which means the pointer.
@@ -30,9 +30,8 @@ public:
     /// Without a tray only minimised: somewhere it must be found again.
     void giveWay();
 
-    [[nodiscard]] QQuickWindow& window() { return window_; }
-
 private:
+    void setFlags();
     void place(const QRect& icon);
     void activeChanged();
 

@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace orvanta {
 namespace {
@@ -70,15 +71,24 @@ std::unique_ptr<QQuickWindow> QuickWindows::make(const QString& file) {
         &dynamic_cast<QQuickWindow&>(*makeView(engine_, file, bridges_).release()));
 }
 
+void QuickWindows::onPanelClosed(std::function<void()> closed) {
+    connect(panel_.get(), &QWindow::visibleChanged, this,
+            [closed = std::move(closed)](bool isVisible) {
+                if (!isVisible)
+                    closed();
+            });
+}
+
 void QuickWindows::open(std::string_view identifier) {
     for (const WindowFile& each : kWindowFiles) {
         if (each.name.identifier != identifier)
             continue;
-        if (auto* const present = find(each.name.title)) {
-            bringToFront(*present);
+        if (find(each.name.title) != nullptr) {
+            makeKeyAndOrderFront(each.name.title);
             return;
         }
         QQuickWindow* const window = make(each.file).release();
+        std::erase_if(open_, [](const auto& other) { return other.isNull(); });
         open_.emplace_back(window);
         connect(window, &QWindow::visibleChanged, this, [window](bool isVisible) {
             if (!isVisible)
@@ -113,16 +123,19 @@ void QuickWindows::close(std::string_view title) {
 }
 
 void QuickWindows::makeKeyAndOrderFront(std::string_view title) {
-    if (auto* const window = find(title))
-        bringToFront(*window);
+    QQuickWindow* const window = find(title);
+    if (window == nullptr)
+        return;
+    // The last is the one that comes to the front with the program.
+    std::erase(open_, window);
+    open_.emplace_back(window);
+    bringToFront(*window);
 }
 
 void QuickWindows::closeKeyWindow() {
-    // An assistive tool presses buttons of a window that need not have the keyboard.
-    QWindow* const window = QGuiApplication::focusWindow();
-    if (window != nullptr && window != panel_.get())
-        window->close();
-    else if (hidePanel_)
+    // The panel, which alone opens others. It need not have the keyboard: an assistive tool presses
+    // buttons without it.
+    if (hidePanel_)
         hidePanel_();
 }
 

@@ -32,6 +32,9 @@ public:
     /// Ends all windows, the panel's too: before what they show does.
     void clear();
 
+    /// Told when the panel is hidden, not when it is only covered.
+    void onPanelClosed(std::function<void()> closed);
+
     /// How the panel gives way to another window.
     void setPanelHider(std::function<void()> hide) { hidePanel_ = std::move(hide); }
 

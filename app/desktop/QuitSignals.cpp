@@ -1,6 +1,7 @@
 #include "app/desktop/QuitSignals.h"
 
 #include <cerrno>
+#include <pthread.h>
 #include <sys/signalfd.h>
 #include <system_error>
 #include <unistd.h>
@@ -8,7 +9,21 @@
 
 namespace orvanta {
 
+namespace {
+
+/// What we start (a browser, a mail program) is to die of signals as others do.
+void restoreSignalsInChild() {
+    std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+} // namespace
+
 QuitSignals::QuitSignals() {
+    pthread_atfork(nullptr, nullptr, &restoreSignalsInChild);
     sigemptyset(&signals_);
     sigaddset(&signals_, SIGINT);
     sigaddset(&signals_, SIGTERM);

@@ -42,8 +42,7 @@ QIcon paintTrayIcon() {
 }
 
 TrayIcon::TrayIcon(Actions actions) : actions_(std::move(actions)), icon_(paintTrayIcon()) {
-    menu_.addAction(QStringLiteral("Show Orvanta"),
-                    [this] { actions_.togglePanel(icon_.geometry()); });
+    menu_.addAction(QStringLiteral("Show Orvanta"), [this] { actions_.showPanel(); });
     menu_.addAction(QStringLiteral("Open Sound Command Center"),
                     [this] { actions_.openConsole(); });
     menu_.addSeparator();
@@ -52,7 +51,7 @@ TrayIcon::TrayIcon(Actions actions) : actions_(std::move(actions)), icon_(paintT
     icon_.setContextMenu(&menu_);
     connect(&icon_, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason why) {
-                if (why == QSystemTrayIcon::Trigger || why == QSystemTrayIcon::DoubleClick)
+                if (why == QSystemTrayIcon::Trigger)
                     actions_.togglePanel(icon_.geometry());
             });
     icon_.show();

@@ -14,6 +14,7 @@ public:
     struct Actions {
         /// `icon` is where it is; empty where the desktop does not tell.
         std::function<void(const QRect& icon)> togglePanel;
+        std::function<void()> showPanel;
         std::function<void()> openConsole;
         std::function<void()> quit;
     };

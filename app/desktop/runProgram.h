@@ -18,7 +18,8 @@ using MakeSoundSystem =
 /// a second start changes nothing. What goes wrong is told in a sentence on standard error.
 ///
 /// Exit codes: 0 when it has quit, or has shown the one that runs already; 1 when it cannot run; 2
-/// for options that are none; 3 when another mixer has the session.
+/// for an option without its value; 3 when another mixer has the session. Options that are not ours
+/// are left to the toolkit.
 int runProgram(int argc, char** argv, const ProgramIdentity& identity,
                const MakeSoundSystem& makeSoundSystem);
 

@@ -81,8 +81,10 @@ void LevelMeter::setClock(LevelClock* clock) {
     if (clock_ != nullptr)
         disconnect(clock_, nullptr, this, nullptr);
     clock_ = clock;
-    if (clock != nullptr)
+    if (clock != nullptr) {
+        connect(clock, &LevelClock::started, this, &LevelMeter::start);
         connect(clock, &LevelClock::ticked, this, &LevelMeter::tick);
+    }
     start();
     Q_EMIT clockChanged();
 }

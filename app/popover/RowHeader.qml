@@ -7,6 +7,8 @@ Item {
 
     required property AppItem item
 
+    /// Of a hidden window nothing moves.
+    readonly property bool isSeen: Window.visibility !== Window.Hidden && Window.visibility !== Window.Minimized
     readonly property real nameEnd: (record.visible ? record.x : tap.x) - 8
 
     implicitHeight: 36
@@ -59,7 +61,7 @@ Item {
         SequentialAnimation {
             id: pulse
 
-            running: header.item.isRecording && record.visible && Theme.isMoving
+            running: header.item.isRecording && record.visible && Theme.isMoving && header.isSeen
             loops: Animation.Infinite
             onRunningChanged: {
                 if (!running)

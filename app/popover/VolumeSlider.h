@@ -36,6 +36,9 @@ public:
         setVolume_(volume_);
     }
 
+    /// The slider goes away under the hand: it is over, and nothing is written.
+    void abandonDrag() noexcept { isDragging_ = false; }
+
     void moveByStep(float volume) {
         beginDrag();
         move(volume);

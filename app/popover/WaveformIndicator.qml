@@ -9,6 +9,7 @@ Item {
     /// Heights of the bars, one step after the other.
     readonly property var steps: [[4, 8, 6, 3], [6, 5, 8, 4], [8, 4, 5, 7], [5, 7, 3, 8], [3, 6, 7, 5]]
     property int step: 0
+    readonly property bool isSeen: Window.visibility !== Window.Hidden && Window.visibility !== Window.Minimized
 
     implicitWidth: 13
     implicitHeight: 10
@@ -17,7 +18,7 @@ Item {
     Timer {
         interval: 140
         repeat: true
-        running: indicator.visible && Theme.isMoving && indicator.Window.visibility !== Window.Hidden
+        running: indicator.visible && Theme.isMoving && indicator.isSeen
         onTriggered: indicator.step = (indicator.step + 1) % indicator.steps.length
     }
 

@@ -8,13 +8,13 @@ Window {
     required property MixerBridge mixer
     required property ShellBridge shell
 
-    /// In the desktop's own frame there are no corners of ours.
-    readonly property bool hasRoundCorners: CurrentTheme.hasCompositor && (flags & Qt.FramelessWindowHint) !== 0
+    /// Whether it has the desktop's own frame, in which there are no corners of ours.
+    property bool isFramed: true
+    readonly property bool hasRoundCorners: CurrentTheme.hasCompositor && !isFramed
 
     width: 360
     height: 520
     title: "Orvanta"
-    flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     color: hasRoundCorners ? Theme.white(0) : Theme.window
 
     AudioMixerPopover {
@@ -24,6 +24,6 @@ Window {
         mixer: window.mixer
         shell: window.shell
 
-        Keys.onEscapePressed: window.hide()
+        Keys.onEscapePressed: window.isFramed ? window.showMinimized() : window.hide()
     }
 }

@@ -57,7 +57,7 @@ def demonstrate(program, results):
 
     session = desktop.Session()
     try:
-        session.run([program, "--verbose"], log=results / "orvanta-demo.log")
+        session.run([program, "--panel", "--verbose"], log=results / "orvanta-demo.log")
         views = Views(session)
         views.window(PANEL)
         go_through_welcome(views, results)
