@@ -24,9 +24,16 @@ std::size_t asIndex(int index) {
 } // namespace
 
 AppItem::AppItem(std::shared_ptr<MixerViewModel> model, const AudioApp& app, Seconds now)
-    : model_(std::move(model)), app_(app), state_(rowStateOf(*model_, app, now)),
-      slider_([this](float volume) { model_->setVolume(pid(), volume); }) {
+    : model_(std::move(model)),
+      app_(app),
+      state_(rowStateOf(*model_, app, now)),
+      slider_([this](float volume) {
+          // A hand may hold on for longer than the tap lasts.
+          if (model_->isTapped(pid()))
+              model_->setVolume(pid(), volume);
+      }) {
     slider_.follow(state_.volume);
+    updateElapsed();
 }
 
 void AppItem::update(const AudioApp& app, Seconds now) {
@@ -301,8 +308,7 @@ void AppItem::expand(RowExpansion expansion) {
 }
 
 void AppItem::updateElapsed() {
-    const int seconds =
-        static_cast<int>(valueOr(model_->recordingDurations.get(), pid(), 0.0));
+    const int seconds = static_cast<int>(valueOr(model_->recordingDurations.get(), pid(), 0.0));
     if (std::exchange(elapsedSeconds_, seconds) != seconds)
         Q_EMIT elapsedChanged();
 }

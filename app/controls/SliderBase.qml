@@ -172,7 +172,6 @@ T.Control {
         }
 
         onWheel: wheel => {
-            const view = slider.ListView.view;
             if (wheel.angleDelta.y === 0) {
                 wheel.accepted = false;
                 return;
