@@ -94,27 +94,40 @@ public:
     void update(const AudioApp& app, Seconds now);
     /// Takes up what moves by itself while the row is shown.
     void tick();
+
     void fold() { expand({}); }
+
+    /// Rows hold on to it: it is not to end under them.
+    void hold() { ++holds_; }
+
+    void letGo() { --holds_; }
+
+    [[nodiscard]] bool isHeld() const { return holds_ > 0; }
 
     /// What a meter aims at, 0 to 1.
     [[nodiscard]] double level() const;
 
     [[nodiscard]] QString name() const;
     [[nodiscard]] QString iconKey() const;
+
     [[nodiscard]] bool isPlaying() const { return state_.section == AppSection::playing; }
+
     [[nodiscard]] bool isRecentlyActive() const {
         return state_.section == AppSection::recentlyActive;
     }
+
     /// A file to draw the icon from, in a square of so many pixels; empty where there is none.
     Q_INVOKABLE [[nodiscard]] QUrl iconFile(int pixels) const;
 
     [[nodiscard]] bool isTapped() const { return state_.isTapped; }
+
     [[nodiscard]] QString tapHelp() const;
     [[nodiscard]] QString tapLabel() const;
     [[nodiscard]] QString tapHint() const;
     Q_INVOKABLE void toggleTap();
 
     [[nodiscard]] bool isRecording() const { return state_.isRecording; }
+
     [[nodiscard]] QString recordHelp() const;
     [[nodiscard]] QString recordLabel() const;
     [[nodiscard]] QString recordValue() const;
@@ -122,11 +135,14 @@ public:
     Q_INVOKABLE void toggleRecording();
 
     [[nodiscard]] bool isMuted() const { return state_.isMuted; }
+
     [[nodiscard]] QString muteSymbol() const;
     [[nodiscard]] QString muteHelp() const;
     [[nodiscard]] QString muteLabel() const;
     Q_INVOKABLE void toggleMute();
+
     [[nodiscard]] double volume() const { return static_cast<double>(slider_.volume()); }
+
     [[nodiscard]] QString volumeColor() const;
     [[nodiscard]] QString volumeReadOut() const;
     [[nodiscard]] QString volumeLabel() const;
@@ -141,11 +157,15 @@ public:
     Q_INVOKABLE void route(const QString& uid);
 
     [[nodiscard]] bool isEQExpanded() const { return expansion_.isEQExpanded; }
+
     [[nodiscard]] bool isAdvancedEQ() const { return expansion_.isAdvancedEQ; }
+
     [[nodiscard]] QString equalizerHint() const;
     [[nodiscard]] QString modeText() const;
     [[nodiscard]] QString modeLabel() const;
+
     [[nodiscard]] bool isEQFlat() const { return state_.eq.isFlat(); }
+
     [[nodiscard]] QString equalizerLabel() const;
     [[nodiscard]] QString equalizerValue() const;
     [[nodiscard]] int equalizerPreset() const;
@@ -159,23 +179,33 @@ public:
     Q_INVOKABLE void resetEQ();
 
     [[nodiscard]] double balance() const { return static_cast<double>(state_.balance); }
+
     [[nodiscard]] QString balanceLabel() const;
     Q_INVOKABLE void setBalance(double balance);
 
     [[nodiscard]] bool isGateEnabled() const { return state_.isGateEnabled; }
+
     [[nodiscard]] double gateThreshold() const { return static_cast<double>(state_.gateThreshold); }
+
     [[nodiscard]] QString gateLabel() const;
+
     [[nodiscard]] bool isGateOpen() const { return isGateOpen_; }
+
     [[nodiscard]] QString gateHelp() const;
     Q_INVOKABLE void setGateEnabled(bool isEnabled);
     Q_INVOKABLE void setGateThreshold(double threshold);
 
     [[nodiscard]] bool isCompressorOff() const { return state_.compressor.isOff(); }
+
     [[nodiscard]] QString compressorPreset() const;
     [[nodiscard]] QString compressorLabel() const;
+
     [[nodiscard]] bool isCompressorAdvanced() const { return expansion_.isCompressorAdvanced; }
+
     [[nodiscard]] QList<double> compressorValues() const;
+
     [[nodiscard]] QList<double> reductions() const { return reductions_; }
+
     Q_INVOKABLE void toggleCompressorAdvanced();
     Q_INVOKABLE void applyCompressorPreset(int index);
     /// `field` counts `kCompressorFields`.
@@ -199,6 +229,7 @@ private:
     RowState state_;
     VolumeSlider slider_;
     RowExpansion expansion_;
+    int holds_ = 0;
     int elapsedSeconds_ = 0;
     bool isGateOpen_ = true;
     QList<double> reductions_{0.0, 0.0, 0.0};

@@ -19,23 +19,27 @@ bool looksTheSame(const std::vector<OutputDevice>& a, const std::vector<OutputDe
 } // namespace
 
 MixerBridge::MixerBridge(std::shared_ptr<MixerViewModel> model, const Platform& platform)
-    : model_(std::move(model)), mainRunLoop_(platform.mainRunLoop),
+    : model_(std::move(model)),
+      mainRunLoop_(platform.mainRunLoop),
       masterQueue_(platform.serialQueues.make("com.meridane.orvanta.masterVolume",
                                               QualityOfService::userInteractive)),
-      apps_(model_), clock_(mainRunLoop_),
+      apps_(model_),
+      clock_(mainRunLoop_),
       master_({.applyToDevices =
                    [this](float volume) {
                        masterQueue_->post(model_->masterVolumeToDevicesTask(volume));
                    },
-               .setMasterVolume = [this](float volume) { model_->setMasterVolume(volume); }}),
+               .setMasterVolume =
+                   [this](float volume) {
+                       model_->setMasterVolume(volume);
+                   }}),
       coalescer_(mainRunLoop_, [this] { update(); }) {
     watch(model_->audioApps, model_->tappedPIDs, model_->volumes, model_->mutedPIDs,
           model_->masterVolume, model_->autoTapEnabled, model_->appOutputDevices,
           model_->eqSettings, model_->isMasterMuted, model_->launchAtLogin, model_->balances,
           model_->compressorSettings, model_->recordingPIDs, model_->recordingDurations,
           model_->noiseGateEnabled, model_->noiseGateThresholds);
-    observations_.push_back(
-        model_->outputDeviceManager().observe([this] { coalescer_.ask(); }));
+    observations_.push_back(model_->outputDeviceManager().observe([this] { coalescer_.ask(); }));
     connect(&clock_, &LevelClock::ticked, &apps_, &AppListModel::tick);
     update();
 }
@@ -173,8 +177,7 @@ void MixerBridge::toggleLaunchAtLogin() {
 QVariantList MixerBridge::outputs() const {
     QVariantList entries;
     for (const OutputDevice& device : outputs_)
-        entries.append(
-            QVariantMap{{"uid", qText(device.uid)}, {"name", qText(device.name)}});
+        entries.append(QVariantMap{{"uid", qText(device.uid)}, {"name", qText(device.name)}});
     return entries;
 }
 

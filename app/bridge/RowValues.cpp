@@ -27,9 +27,8 @@ QVariantList RowValues::equalizerPresets() const {
     for (const EQPresetGroup& group : kEQPresetGroups) {
         QString heading = qText(group.heading);
         for (const NamedEQPreset& preset : group.presets()) {
-            entries.append(QVariantMap{{"name", qText(preset.name)},
-                                       {"emoji", qText(preset.icon)},
-                                       {"heading", heading}});
+            entries.append(QVariantMap{
+                {"name", qText(preset.name)}, {"emoji", qText(preset.icon)}, {"heading", heading}});
             heading = u""_qs;
         }
     }

@@ -10,8 +10,11 @@ namespace orvanta {
 
 ShellBridge::ShellBridge(BundleInfo bundle, ShellWindows& windows, OnboardingTrigger& onboarding,
                          const CrashReporter& crashReporter, Actions actions)
-    : bundle_(std::move(bundle)), windows_(windows), onboarding_(onboarding),
-      crashReporter_(crashReporter), actions_(std::move(actions)) {}
+    : bundle_(std::move(bundle)),
+      windows_(windows),
+      onboarding_(onboarding),
+      crashReporter_(crashReporter),
+      actions_(std::move(actions)) {}
 
 QString ShellBridge::versionText() const {
     return qText(panelText::version(bundle_.shortVersion));

@@ -41,6 +41,7 @@ public:
     [[nodiscard]] bool canCheckForUpdates() const { return canCheckForUpdates_; }
 
     void setCanCheckForUpdates(bool can);
+
     Q_INVOKABLE void checkForUpdates() { actions_.checkForUpdates(); }
 
     /// As last looked for.
@@ -52,7 +53,9 @@ public:
 
     /// A window by its identifier.
     Q_INVOKABLE void openFromPanel(const QString& identifier);
+
     Q_INVOKABLE void completeOnboarding() { onboarding_.complete(); }
+
     Q_INVOKABLE void quit() { actions_.quit(); }
 
 Q_SIGNALS:

@@ -50,7 +50,8 @@ QColor colorOf(const ThemeColor& color) {
 } // namespace
 
 ThemeBridge::ThemeBridge(ThemeManager& manager)
-    : manager_(manager), choice_(manager.choice.get()),
+    : manager_(manager),
+      choice_(manager.choice.get()),
       observation_(manager.choice.observe([this](const ThemeChoice& coming) {
           choice_ = coming;
           Q_EMIT changed();

@@ -46,6 +46,7 @@ public:
     [[nodiscard]] int themeIndex() const;
     void chooseTheme(int index);
     [[nodiscard]] QString themeHelp() const;
+
     Q_INVOKABLE void chooseNextTheme() { manager_.chooseNext(); }
 
     [[nodiscard]] bool isTextThickened() const;

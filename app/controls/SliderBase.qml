@@ -1,11 +1,13 @@
 import QtQuick
-import QtQuick.Templates as T
 import Orvanta
 
 /// The hand's side of every slider. One hand at a time: while it holds the cap, what the model says
 /// waits. A move by key, wheel or an assistive tool is a drag of one step. Looks are for those made
 /// of it; they place the cap by `share` and tell where its travel begins and ends.
-T.Control {
+///
+/// A plain item: to assistive tools the toolkit's own controls have the role that it has for them,
+/// whatever they say themselves, and a bare control has no value.
+Item {
     id: slider
 
     /// What the model has.
@@ -33,8 +35,14 @@ T.Control {
     signal moved(real value)
     signal ended()
 
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
+    /// Has the keyboard, and not from the mouse.
+    readonly property bool visualFocus: activeFocus && !inner.isFocusedByMouse
+
+    activeFocusOnTab: true
+    onActiveFocusChanged: {
+        if (!activeFocus)
+            inner.isFocusedByMouse = false;
+    }
     opacity: enabled ? 1 : Theme.disabled
 
     Accessible.role: Accessible.Slider
@@ -62,6 +70,7 @@ T.Control {
         id: inner
 
         property bool isWriting: false
+        property bool isFocusedByMouse: false
         /// From the pointer to the cap's middle.
         property real grip: 0
         property real wheel: 0
@@ -152,6 +161,7 @@ T.Control {
         }
 
         onPressed: mouse => {
+            inner.isFocusedByMouse = !slider.activeFocus || inner.isFocusedByMouse;
             slider.forceActiveFocus(Qt.MouseFocusReason);
             const position = along(mouse);
             const offset = slider.capPosition - position;

@@ -36,7 +36,6 @@ FocusScope {
         color: Theme.firstDivider
     }
     AppList {
-        objectName: "apps"
         y: 77
         width: parent.width
         height: 365

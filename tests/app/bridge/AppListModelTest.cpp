@@ -1,5 +1,6 @@
 #include "app/bridge/AppListModel.h"
 
+#include "app/bridge/AppItemHold.h"
 #include "tests/support/model/ModelRig.h"
 
 #include <gmock/gmock.h>
@@ -133,6 +134,35 @@ TEST_F(AppListModelTest, EndsTheItemsOfApplicationsThatHaveGone) {
     takeUp();
     EXPECT_TRUE(gone.isNull());
     EXPECT_EQ(itemAt(0), kept);
+}
+
+TEST_F(AppListModelTest, KeepsTheItemOfAnApplicationThatHasGoneUntilItsRowLetsGo) {
+    list(10, "Vinyl");
+    list(11, "Telly");
+    takeUp();
+    const QPointer<AppItem> gone = itemAt(0);
+    AppItemHold hold;
+    hold.setItem(gone);
+    unlist(10);
+    takeUp();
+    ASSERT_FALSE(gone.isNull());
+    EXPECT_EQ(gone->name(), "Vinyl");
+    EXPECT_EQ(rows->rowCount(), 1);
+    hold.setItem(itemAt(0));
+    takeUp();
+    EXPECT_TRUE(gone.isNull());
+}
+
+TEST_F(AppListModelTest, MakesAnotherItemForAnApplicationThatComesBack) {
+    list(10, "Vinyl");
+    takeUp();
+    AppItemHold hold;
+    hold.setItem(itemAt(0));
+    unlist(10);
+    takeUp();
+    list(10, "Vinyl");
+    takeUp();
+    EXPECT_NE(itemAt(0), hold.item());
 }
 
 TEST_F(AppListModelTest, HasNothingUnderARowAndNoOtherRoles) {

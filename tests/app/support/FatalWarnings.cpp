@@ -7,6 +7,9 @@ namespace orvanta::test {
 namespace {
 
 void failAtWarnings(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    // Of the platform without a screen, whose windows have no frame to tell.
+    if (text == "This plugin does not support propagateSizeHints()")
+        return;
     if (type == QtWarningMsg || type == QtCriticalMsg)
         ADD_FAILURE() << "The toolkit warns: " << text.toStdString();
     if (type == QtFatalMsg)

@@ -3,7 +3,6 @@
 #include "app/drawing/Fonts.h"
 #include "app/drawing/ShadowImages.h"
 
-#include <QQmlAbstractUrlInterceptor>
 #include <QQmlComponent>
 #include <stdexcept>
 
@@ -14,16 +13,16 @@ ViewRig::ViewRig() {
     startRunning();
     shell = std::make_unique<ShellBridge>(
         BundleInfo{.shortVersion = "1.0.0", .version = "1"}, windows, onboarding, crashReporter,
-        ShellBridge::Actions{.checkForUpdates = [this] { ++updateChecks; },
-                             .openURL = [this](const std::string& url) {
-                                 openedURLs.push_back(url);
-                             },
-                             .quit = [this] { ++quits; }});
+        ShellBridge::Actions{
+            .checkForUpdates = [this] { ++updateChecks; },
+            .openURL = [this](const std::string& url) { openedURLs.push_back(url); },
+            .quit =
+                [this] {
+                    ++quits;
+                }});
     mixer = std::make_unique<MixerBridge>(model, platformWith(server));
     theme.setWishes(false, true);
     ThemeBridge::setFor(engine, theme);
-    struct I : QQmlAbstractUrlInterceptor { QUrl intercept(const QUrl& u, DataType t) override { if (t==QmldirFile||!qEnvironmentVariableIsSet("OV_SRC")) return u; QString s=u.toString(); if (s.startsWith("qrc:/qt/qml/Orvanta/") && s.endsWith(".qml")) return QUrl("file://"+qEnvironmentVariable("OV_SRC")+s.mid(20)); return u;} };
-    engine.addUrlInterceptor(new I);
     engine.addImportPath("qrc:/qt/qml");
     engine.addImageProvider(ShadowImages::name, new ShadowImages);
 }
@@ -34,10 +33,18 @@ std::unique_ptr<QObject> ViewRig::make(const QString& file, QVariantMap properti
     QQmlComponent component(&engine, QUrl("qrc:/qt/qml/Orvanta/" + file));
     if (!component.isReady())
         throw std::runtime_error(component.errorString().toStdString());
-    properties.insert("mixer", QVariant::fromValue(mixer.get()));
-    properties.insert("shell", QVariant::fromValue(shell.get()));
-    std::unique_ptr<QObject> view(component.createWithInitialProperties(properties));
+    std::unique_ptr<QObject> view(component.beginCreate(engine.rootContext()));
     if (!view)
+        throw std::runtime_error(component.errorString().toStdString());
+    const auto offer = [&](const char* name, QObject* bridge) {
+        if (view->metaObject()->indexOfProperty(name) >= 0)
+            properties.insert(name, QVariant::fromValue(bridge));
+    };
+    offer("mixer", mixer.get());
+    offer("shell", shell.get());
+    component.setInitialProperties(view.get(), properties);
+    component.completeCreate();
+    if (component.isError())
         throw std::runtime_error(component.errorString().toStdString());
     return view;
 }
