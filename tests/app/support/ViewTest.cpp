@@ -39,7 +39,10 @@ ViewTest::ViewTest() {
     window->setColor(Qt::black);
 }
 
-ViewTest::~ViewTest() = default;
+ViewTest::~ViewTest() {
+    // While its window can still give back what it was drawn with.
+    view.reset();
+}
 
 void ViewTest::show(const QString& file, const QVariantMap& properties) {
     settle();
