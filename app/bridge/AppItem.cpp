@@ -27,8 +27,13 @@ AppItem::AppItem(std::shared_ptr<MixerViewModel> model, const AudioApp& app, Sec
     : model_(std::move(model)),
       app_(app),
       state_(rowStateOf(*model_, app, now)),
-      slider_([this](float volume) { model_->setVolume(pid(), volume); }) {
+      slider_([this](float volume) {
+          // A hand may hold on for longer than the tap lasts.
+          if (model_->isTapped(pid()))
+              model_->setVolume(pid(), volume);
+      }) {
     slider_.follow(state_.volume);
+    updateElapsed();
 }
 
 void AppItem::update(const AudioApp& app, Seconds now) {

@@ -97,6 +97,13 @@ public:
 
     void fold() { expand({}); }
 
+    /// Rows hold on to it: it is not to end under them.
+    void hold() { ++holds_; }
+
+    void letGo() { --holds_; }
+
+    [[nodiscard]] bool isHeld() const { return holds_ > 0; }
+
     /// What a meter aims at, 0 to 1.
     [[nodiscard]] double level() const;
 
@@ -222,6 +229,7 @@ private:
     RowState state_;
     VolumeSlider slider_;
     RowExpansion expansion_;
+    int holds_ = 0;
     int elapsedSeconds_ = 0;
     bool isGateOpen_ = true;
     QList<double> reductions_{0.0, 0.0, 0.0};

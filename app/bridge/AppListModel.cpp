@@ -38,9 +38,7 @@ void AppListModel::update(Seconds now) {
     arrange(next);
     tellSections(before);
     count();
-    std::erase_if(items_, [&](const auto& entry) {
-        return std::ranges::find(rows_, entry.second.get()) == rows_.end();
-    });
+    endGone();
 }
 
 std::optional<Seconds> AppListModel::nextExpiry() const {
@@ -133,6 +131,18 @@ void AppListModel::count() {
     }
     if (std::exchange(sectionCounts_, counts) != counts)
         Q_EMIT sectionCountsChanged();
+}
+
+void AppListModel::endGone() {
+    for (auto entry = items_.begin(); entry != items_.end();) {
+        if (std::ranges::find(rows_, entry->second.get()) != rows_.end()) {
+            ++entry;
+            continue;
+        }
+        gone_.push_back(std::move(entry->second));
+        entry = items_.erase(entry);
+    }
+    std::erase_if(gone_, [](const auto& item) { return !item->isHeld(); });
 }
 
 } // namespace orvanta

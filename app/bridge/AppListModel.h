@@ -13,7 +13,8 @@
 namespace orvanta {
 
 /// The applications in the order of the panel: section by section, in each as the model has them.
-/// A change of the order moves rows; only an application that comes or goes makes or ends one.
+/// A change of the order moves rows; only an application that comes or goes makes or ends one. What
+/// an `AppItemHold` keeps ends when it has been let go of.
 class AppListModel final : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -52,9 +53,12 @@ private:
     void arrange(const Items& next);
     void tellSections(const std::map<const AppItem*, AppSection>& before);
     void count();
+    void endGone();
 
     const std::shared_ptr<MixerViewModel> model_;
     std::map<std::int32_t, std::unique_ptr<AppItem>> items_;
+    /// Of applications that are not there any more.
+    std::vector<std::unique_ptr<AppItem>> gone_;
     Items rows_;
     QVariantMap sectionCounts_;
 };

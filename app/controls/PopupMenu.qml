@@ -16,8 +16,14 @@ T.Menu {
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
 
+    /// What it belongs to may go while it is open.
+    readonly property bool isHeldUp: parent !== null && parent.visible
+
     function openFor(button: Item) {
         parent = button;
+        widest = 0;
+        for (let index = 0; index < count; ++index)
+            fit(itemAt(index));
         popup(button, button.width - width, button.height + 2);
     }
 
@@ -25,10 +31,26 @@ T.Menu {
         widest = Math.max(widest, entry.implicitWidth);
     }
 
+    onIsHeldUpChanged: {
+        if (!isHeldUp)
+            close();
+    }
+    // The toolkit would give it to the window, where the next key is lost.
+    onClosed: {
+        if (isHeldUp)
+            parent.forceActiveFocus(Qt.PopupFocusReason);
+    }
+    onCurrentIndexChanged: {
+        if (currentIndex >= 0)
+            entries.positionViewAtIndex(currentIndex, ListView.Contain);
+    }
+
     contentItem: ListView {
+        id: entries
+
         implicitHeight: contentHeight
         model: menu.contentModel
-        currentIndex: menu.currentIndex
+        currentIndex: -1
         interactive: contentHeight > height
         clip: interactive
         keyNavigationEnabled: false

@@ -11,6 +11,14 @@ Rectangle {
 
     signal chose(int index)
 
+    /// By key: the keyboard goes along.
+    function go(index: int) {
+        if (index < 0 || index >= names.length)
+            return;
+        chose(index);
+        segments.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
+    }
+
     implicitWidth: row.implicitWidth + 4
     implicitHeight: 26
     radius: 7
@@ -26,6 +34,8 @@ Rectangle {
         y: 2
 
         Repeater {
+            id: segments
+
             model: picker.names
 
             ButtonBase {
@@ -35,14 +45,15 @@ Rectangle {
                 required property string modelData
                 readonly property bool isChosen: index === picker.chosen
 
+                objectName: "segment" + index
                 text: modelData
                 implicitWidth: content.implicitWidth + 24
                 implicitHeight: 22
                 Accessible.role: Accessible.RadioButton
                 Accessible.checkable: true
                 Accessible.checked: isChosen
-                Keys.onLeftPressed: picker.chose(Math.max(0, picker.chosen - 1))
-                Keys.onRightPressed: picker.chose(Math.min(picker.names.length - 1, picker.chosen + 1))
+                Keys.onLeftPressed: picker.go(picker.chosen - 1)
+                Keys.onRightPressed: picker.go(picker.chosen + 1)
                 onClicked: picker.chose(index)
 
                 contentItem: Text {

@@ -4,6 +4,9 @@ import Orvanta
 /// The hand's side of every slider. One hand at a time: while it holds the cap, what the model says
 /// waits. A move by key, wheel or an assistive tool is a drag of one step. Looks are for those made
 /// of it; they place the cap by `share` and tell where its travel begins and ends.
+///
+/// A plain item: to assistive tools the toolkit's own controls have the role that it has for them,
+/// whatever they say themselves, and a bare control has no value.
 Item {
     id: slider
 
@@ -68,6 +71,7 @@ Item {
         id: inner
 
         property bool isWriting: false
+        property bool isFocusedByMouse: false
         /// From the pointer to the cap's middle.
         property real grip: 0
         property real wheel: 0
@@ -167,7 +171,7 @@ Item {
         }
 
         onPressed: mouse => {
-            inner.isFocusedByMouse = true;
+            inner.isFocusedByMouse = !slider.activeFocus || inner.isFocusedByMouse;
             slider.forceActiveFocus(Qt.MouseFocusReason);
             const position = along(mouse);
             const offset = slider.capPosition - position;

@@ -2,42 +2,78 @@ import QtQuick
 import Orvanta
 
 /// The applications, section by section.
-ListView {
-    id: list
+Item {
+    id: place
 
     required property MixerBridge mixer
 
-    clip: true
-    model: mixer.apps
-    // Rows that are tapped are high: without a tap there is room to breathe.
-    readonly property int gap: mixer.hasTaps ? 0 : 4
+    // Not this file's root: a root has its own `section`, which the toolkit would take for that of a
+    // header when a row changes its section in place.
+    ListView {
+        id: list
 
-    boundsBehavior: Flickable.StopAtBounds
-    cacheBuffer: 200
-    reuseItems: true
-    section.property: "section"
-    section.delegate: SectionHeader {
-        required property string section
+        // Rows that are tapped are high: without a tap there is room to breathe.
+        readonly property int gap: place.mixer.hasTaps ? 0 : 4
 
-        width: list.width
-        title: section
-        count: list.mixer.apps.sectionCounts[section] ?? 0
-        gap: list.gap
+        objectName: "apps"
+        anchors.fill: parent
+        clip: true
+        model: place.mixer.apps
+        boundsBehavior: Flickable.StopAtBounds
+        cacheBuffer: 200
+        reuseItems: true
+        section.property: "section"
+        section.delegate: SectionHeader {
+            required property string section
+
+            width: list.width
+            title: section
+            count: place.mixer.apps.sectionCounts[section] ?? 0
+            gap: list.gap
+        }
+        delegate: AppVolumeRow {
+            required property AppItem app
+            required property int index
+
+            width: list.width
+            gap: app.isTapped && ListView.previousSection === ListView.section ? 6 : 0
+            mixer: place.mixer
+            item: app
+            // Until it is used again, the keyboard is not to come to it.
+            ListView.onPooled: visible = false
+            ListView.onReused: visible = true
+            onYChanged: Qt.callLater(list.sort)
+        }
+
+        function sort() {
+            ReadingOrder.sort(contentItem);
+        }
+
+        /// What the keyboard comes to is brought into view, with a bit of its neighbour, which is
+        /// there then to go to.
+        function follow(item: Item) {
+            for (let above = item; above !== contentItem; above = above.parent)
+                if (above === null)
+                    return;
+            const around = 40;
+            const top = item.mapToItem(list, 0, 0).y - around;
+            const bottom = top + item.height + 2 * around;
+            if (top < 0)
+                contentY = Math.max(originY, contentY + top);
+            else if (bottom > height)
+                contentY = Math.min(originY + contentHeight - height, contentY + bottom - height);
+        }
+
+        Connections {
+            target: list.Window.window
+            function onActiveFocusItemChanged() {
+                list.follow(list.Window.activeFocusItem);
+            }
+        }
     }
-    delegate: AppVolumeRow {
-        required property AppItem app
-        required property int index
-
-        width: list.width
-        gap: app.isTapped && ListView.previousSection === ListView.section ? 6 : 0
-        mixer: list.mixer
-        item: app
-    }
-
     Rectangle {
         anchors.bottom: parent.bottom
-        parent: list
-        width: list.width
+        width: parent.width
         height: 14
         visible: !list.atYEnd
         gradient: Gradient {
@@ -46,7 +82,6 @@ ListView {
         }
     }
     ListScrollBar {
-        parent: list
         view: list
     }
 }

@@ -14,6 +14,9 @@ Item {
     implicitHeight: card.y + card.height
     opacity: item.isRecentlyActive ? 0.85 : 1
 
+    AppItemHold {
+        item: row.item
+    }
     Rectangle {
         id: card
 

@@ -38,7 +38,6 @@ FocusScope {
         color: Theme.firstDivider
     }
     AppList {
-        objectName: "apps"
         y: 77
         width: parent.width
         height: 365

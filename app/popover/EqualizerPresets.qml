@@ -3,7 +3,7 @@ import Orvanta
 
 /// The named settings of the equaliser, group by group.
 PopupMenu {
-    id: menu
+    id: presets
 
     required property AppItem item
 
@@ -17,8 +17,8 @@ PopupMenu {
             text: modelData.name
             emoji: modelData.emoji
             heading: modelData.heading
-            isChosen: menu.item.equalizerPreset === index
-            onTriggered: menu.item.applyEQPreset(index)
+            isChosen: presets.item.equalizerPreset === index
+            onTriggered: presets.item.applyEQPreset(index)
         }
     }
 }
