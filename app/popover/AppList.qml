@@ -9,6 +9,8 @@ ListView {
 
     clip: true
     model: mixer.apps
+    /// What has the keyboard in the window.
+    readonly property Item focusItem: Window.activeFocusItem
     // Rows that are tapped are high: without a tap there is room to breathe.
     readonly property int gap: mixer.hasTaps ? 0 : 4
 
@@ -32,6 +34,22 @@ ListView {
         gap: app.isTapped && ListView.previousSection === ListView.section ? 6 : 0
         mixer: list.mixer
         item: app
+    }
+
+    // Once it is known whether the keyboard came by a key; a mouse points at what is in sight.
+    onFocusItemChanged: Qt.callLater(list.revealFocus)
+
+    function revealFocus() {
+        let inside = focusItem;
+        while (inside !== null && inside !== contentItem)
+            inside = inside.parent;
+        if (inside === null || !focusItem.visualFocus)
+            return;
+        const margin = 20;
+        const top = focusItem.mapToItem(contentItem, 0, 0).y - margin;
+        const bottom = top + focusItem.height + 2 * margin;
+        const wanted = Math.min(top, Math.max(contentY, bottom - height));
+        contentY = Math.max(originY, Math.min(wanted, originY + contentHeight - height));
     }
 
     Rectangle {
