@@ -48,7 +48,7 @@ class DesktopTest(unittest.TestCase):
         """A home of somebody who has been through the welcome."""
         if self.settled_home is None:
             home = self.new_home()
-            program = self.launch(home)
+            program = self.launch(home, "--panel")
             self.go_through_welcome()
             self.end(program)
             type(self).settled_home = home
