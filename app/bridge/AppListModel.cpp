@@ -38,15 +38,9 @@ void AppListModel::update(Seconds now) {
     arrange(next);
     tellSections(before);
     count();
-    for (auto entry = items_.begin(); entry != items_.end();) {
-        if (std::ranges::find(rows_, entry->second.get()) != rows_.end()) {
-            ++entry;
-            continue;
-        }
-        // Its row looks at it until it goes itself, which is later too.
-        entry->second.release()->deleteLater();
-        entry = items_.erase(entry);
-    }
+    std::erase_if(items_, [&](const auto& entry) {
+        return std::ranges::find(rows_, entry.second.get()) == rows_.end();
+    });
 }
 
 std::optional<Seconds> AppListModel::nextExpiry() const {
