@@ -16,16 +16,6 @@ class LifeTest(DesktopTest):
                 not self.views.is_checked(names[other])
         wait_until(f"the theme is {chosen}", is_so)
 
-    def test_the_theme_is_kept_for_the_next_start(self):
-        program = self.launch_settled()
-        self.views.click(PANEL, "Switch theme")
-        self.views.click(PANEL, "About Orvanta")
-        self.wait_for_theme("Meridane", "Classic")
-        self.end(program)
-        self.launch(program.home)
-        self.views.click(PANEL, "About Orvanta")
-        self.wait_for_theme("Meridane", "Classic")
-
     def test_the_about_window_sets_the_theme_back(self):
         program = self.launch_settled()
         self.views.click(PANEL, "About Orvanta")
