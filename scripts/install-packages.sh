@@ -27,13 +27,13 @@ run=(
     alsa-utils pulseaudio-utils sox libsox-fmt-alsa libsox-fmt-base mpv
     gnuplot-nox procps python3 python3-numpy
     # A display of our own, and who sees and presses what is on it.
-    at-spi2-core dbus gir1.2-atspi-2.0 imagemagick openbox python3-pyatspi xdotool xvfb
+    at-spi2-core dbus gir1.2-atspi-2.0 imagemagick openbox python3-pyatspi x11-utils xdotool xvfb
 )
 # Besides the checks: an independent reader of audio files, a browser that plays, a display and a bus
 # of the tests' own, and who presses keys there.
 test=(
     ccache chromium clang-format ffmpeg git openssl python3
-    qml6-module-qttest trayer x11-utils x11-xkb-utils
+    qml6-module-qttest trayer x11-xkb-utils
 )
 full=(clang clang-tidy libclang-rt-dev llvm)
 # The other architecture: its compiler, and what runs its programs here.

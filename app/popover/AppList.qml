@@ -50,11 +50,14 @@ Item {
         }
 
         /// What the keyboard comes to is brought into view, with a bit of its neighbour, which is
-        /// there then to go to.
-        function follow(item: Item) {
+        /// there then to go to. What the mouse has pressed is in sight, and stays under it.
+        function followFocus() {
+            const item = Window.activeFocusItem;
             for (let above = item; above !== contentItem; above = above.parent)
                 if (above === null)
                     return;
+            if (!item.visualFocus)
+                return;
             const around = 40;
             const top = item.mapToItem(list, 0, 0).y - around;
             const bottom = top + item.height + 2 * around;
@@ -67,7 +70,8 @@ Item {
         Connections {
             target: list.Window.window
             function onActiveFocusItemChanged() {
-                list.follow(list.Window.activeFocusItem);
+                // Once it is known whether it came by a key.
+                Qt.callLater(list.followFocus);
             }
         }
     }

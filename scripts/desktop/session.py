@@ -5,6 +5,7 @@ To be imported under a session bus of its own (dbus-run-session), with Debian's 
 """
 
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -53,13 +54,17 @@ class Session:
         self._start_window_manager()
         self.run(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
         if tray:
-            self.run(["trayer", "--edge", "top", "--align", "right", "--height", "24",
-                      "--widthtype", "request"])
+            self.start_tray()
+
+    def start_tray(self):
+        return self.run(["trayer", "--edge", "top", "--align", "right", "--height", "24",
+                         "--widthtype", "request"])
 
     def _start_display(self, width, height):
         read, write = os.pipe()
-        self.run(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24",
-                  "-nolisten", "tcp", "-noreset"], pass_fds=[write])
+        self.display = self.run(["Xvfb", "-displayfd", str(write), "-screen", "0",
+                                 f"{width}x{height}x24", "-nolisten", "tcp", "-noreset"],
+                                pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as numbers:
             os.environ["DISPLAY"] = ":" + numbers.readline().strip()
@@ -76,10 +81,10 @@ class Session:
 
     def run(self, command, log=None, **options):
         """Starts a program that dies with us."""
-        output = open(log, "wb") if log else subprocess.DEVNULL
-        process = subprocess.Popen(["setpriv", "--pdeathsig", "TERM", *map(str, command)],
-                                   stdin=subprocess.DEVNULL, stdout=output,
-                                   stderr=subprocess.STDOUT if log else output, **options)
+        with open(log or os.devnull, "wb") as output:
+            process = subprocess.Popen(["setpriv", "--pdeathsig", "TERM", *map(str, command)],
+                                       stdin=subprocess.DEVNULL, stdout=output,
+                                       stderr=subprocess.STDOUT, **options)
         self.processes.append(process)
         return process
 
@@ -90,22 +95,41 @@ class Session:
             target = wait_until(f"there is a window {window}", lambda: self.window(window))
         subprocess.run(["import", "-window", target, str(path)], check=True)
 
+    def windows(self, title):
+        """The X windows with exactly this title that are on the screen."""
+        return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"],
+                              capture_output=True, text=True, check=False).stdout.split()
+
     def window(self, title):
-        """The X window with exactly this title; empty where there is none on the screen."""
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"],
-                               capture_output=True, text=True, check=False).stdout.split()
+        """One of them; empty where there is none."""
+        found = self.windows(title)
         return found[-1] if found else ""
+
+    def place(self, window):
+        """Where the window itself begins on the display, without its frame."""
+        return self._numbers(window, "Absolute upper-left X", "Absolute upper-left Y")
+
+    def size(self, window):
+        return self._numbers(window, "Width", "Height")
+
+    @staticmethod
+    def _numbers(window, *names):
+        """Zeros for a window that has gone."""
+        words = subprocess.run(["xwininfo", "-id", window], capture_output=True, text=True,
+                               check=False).stdout
+        found = (re.search(rf"{name}: +(-?\d+)", words) for name in names)
+        return tuple(int(number[1]) if number else 0 for number in found)
 
     def xdotool(self, *words):
         subprocess.run(["xdotool", *map(str, words)], check=True)
 
     def click(self, x, y, button=1):
-        self.xdotool("mousemove", "--sync", x, y, "click", button)
+        self.xdotool("mousemove", x, y, "click", button)
 
     def drag(self, start, end, steps=12):
-        self.xdotool("mousemove", "--sync", *start, "mousedown", 1)
+        self.xdotool("mousemove", *start, "mousedown", 1)
         for step in range(1, steps + 1):
-            self.xdotool("mousemove", "--sync",
+            self.xdotool("mousemove",
                          round(start[0] + (end[0] - start[0]) * step / steps),
                          round(start[1] + (end[1] - start[1]) * step / steps))
             time.sleep(0.02)

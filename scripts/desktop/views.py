@@ -45,25 +45,106 @@ class Views:
         walk(self.window(title))
         return found
 
+    @staticmethod
+    def is_showing(node):
+        return node.getState().contains(pyatspi.STATE_SHOWING)
+
+    @staticmethod
+    def is_slider(node):
+        return node.getRole() == pyatspi.ROLE_SLIDER
+
+    @staticmethod
+    def is_focusable(node):
+        return node.getState().contains(pyatspi.STATE_FOCUSABLE)
+
+    @staticmethod
+    def is_focused(node):
+        return node.getState().contains(pyatspi.STATE_FOCUSED)
+
+    def is_active(self, title):
+        """Whether the window has the keyboard."""
+        return self.window(title).getState().contains(pyatspi.STATE_ACTIVE)
+
+    @staticmethod
+    def is_checked(node):
+        return node.getState().contains(pyatspi.STATE_CHECKED)
+
+    @staticmethod
+    def actions(node):
+        """What can be done to it, but for giving it the keyboard."""
+        try:
+            actions = node.queryAction()
+        except NotImplementedError:
+            return []
+        names = [actions.getName(index) for index in range(actions.nActions)]
+        return [name for name in names if name != "SetFocus"]
+
     def find(self, title, name, role=None):
         """The first with this name that can be seen; None where there is none."""
         for node in self.all(title):
             if node.name == name and (role is None or node.getRoleName() == role) and \
-                    node.getState().contains(pyatspi.STATE_SHOWING):
+                    self.is_showing(node):
                 return node
         return None
 
     def wait_for(self, title, name, role=None):
         return wait_until(f"{title} shows {name}", lambda: self.find(title, name, role))
 
+    def is_in_place(self, title):
+        """Whether the program knows already where the window manager has put the window."""
+        window = self.session.window(title)
+        return window != "" and self.session.place(window) == self.box(self.window(title))[:2]
+
+    def wait_until_still(self, title, name, role=None):
+        """Its node, once nothing moves it any more: rows unfold, and windows are put somewhere."""
+        boxes = []
+
+        def is_still():
+            node = self.find(title, name, role)
+            boxes.append(self.box(node) if node else None)
+            if node and boxes[-4:] == [boxes[-1]] * 4 and self.is_in_place(title):
+                return node
+            return None
+        return wait_until(f"{name} stands still in {title}", is_still)
+
     @staticmethod
-    def middle(node):
+    def box(node):
         box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        return box.x + box.width // 2, box.y + box.height // 2
+        return box.x, box.y, box.width, box.height
+
+    def middle(self, node):
+        x, y, width, height = self.box(node)
+        return x + width // 2, y + height // 2
 
     def click(self, title, name):
         """A press of the mouse in the middle of it."""
-        self.session.click(*self.middle(self.wait_for(title, name)))
+        self.session.click(*self.middle(self.wait_until_still(title, name)))
+
+    def press(self, title, name):
+        """A press by the assistive tool itself. What it presses need not be in sight."""
+        def find():
+            return next((node for node in self.all(title) if node.name == name), None)
+        node = wait_until(f"{title} has {name}", find)
+        actions = node.queryAction()
+        names = [actions.getName(index) for index in range(actions.nActions)]
+        actions.doAction(names.index("Press"))
+
+    def focused(self, title):
+        """What has the keyboard; None where nothing has."""
+        return next((node for node in self.all(title)
+                     if self.is_focused(node) and self.is_showing(node)), None)
+
+    def wait_for_value(self, title, name, value):
+        def is_so():
+            slider = self.find(title, name, "slider")
+            return slider is not None and abs(self.value(slider) - value) < 1e-3
+        wait_until(f"{name} stands at {value}", is_so)
+
+    def wait_for_description(self, title, name, description):
+        def is_so():
+            node = self.find(title, name)
+            return node is not None and node.description == description
+        wait_until(f"{name} is described as {description}", is_so)
 
     @staticmethod
     def value(node):
@@ -71,12 +152,13 @@ class Views:
 
     def drag_slider(self, title, name, value):
         """Takes hold of the cap and lets go of it at `value`."""
-        slider = self.wait_for(title, name, "slider")
-        box = slider.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        numbers = slider.queryValue()
-        span = numbers.maximumValue - numbers.minimumValue
+        current = self.value(self.wait_until_still(title, name, "slider"))
+        self.session.drag(self.place_of(title, name, current), self.place_of(title, name, value))
 
-        def at(number):
-            share = (number - numbers.minimumValue) / span
-            return round(box.x + share * box.width), box.y + box.height // 2
-        self.session.drag(at(numbers.currentValue), at(value))
+    def place_of(self, title, name, value):
+        """Where a slider's cap stands at `value`."""
+        slider = self.wait_until_still(title, name, "slider")
+        x, y, width, height = self.box(slider)
+        numbers = slider.queryValue()
+        share = (value - numbers.minimumValue) / (numbers.maximumValue - numbers.minimumValue)
+        return round(x + share * width), y + height // 2
