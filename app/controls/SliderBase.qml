@@ -75,7 +75,6 @@ Item {
         /// From the pointer to the cap's middle.
         property real grip: 0
         property real wheel: 0
-        property bool isFocusedByMouse: false
         /// Where on the screen the pointer came over the slider, and whether it has moved since. One
         /// that rests while the list scrolls under it means the list.
         property point entered: Qt.point(0, 0)

@@ -382,14 +382,14 @@ TEST_F(AppItemTest, TakesAGateThatIsOffForOpen) {
 TEST_F(AppItemTest, ShowsReductionsOnlyWhileTheyAreUnfolded) {
     startTap();
     QSignalSpy moves(item.get(), &AppItem::reductionsMoved);
-    tapping->gainReductions[10] = {6.0F, 24.0F, 48.0F};
+    model->compressorGainReduction.set({{10, {6.0F, 24.0F, 48.0F}}});
     item->tick();
     EXPECT_THAT(item->reductions(), Each(0.0));
     item->toggleCompressorAdvanced();
     item->tick();
     EXPECT_THAT(item->reductions(), ElementsAre(0.25, 1.0, 1.0));
     EXPECT_EQ(moves.count(), 1);
-    tapping->gainReductions[10] = {6.001F, 24.0F, 48.0F};
+    model->compressorGainReduction.set({{10, {6.001F, 24.0F, 48.0F}}});
     item->tick();
     EXPECT_EQ(moves.count(), 1) << "no bar is a pixel longer";
 }

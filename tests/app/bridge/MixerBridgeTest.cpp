@@ -334,7 +334,9 @@ TEST_F(MixerBridgeTest, FollowsTheOutputDevices) {
     EXPECT_EQ(mixer->outputs(), QVariantList{speakers});
 }
 
-TEST_F(MixerBridgeTest, BeatsOnlyWhileThePanelIsOpen) {
+TEST_F(MixerBridgeTest, BeatsOnlyWhileThePanelIsOpenAndSomethingIsTapped) {
+    tap(10, "Vinyl");
+    settle();
     QSignalSpy beats(mixer->clock(), &LevelClock::ticked);
     runLoop.advance(Seconds{1.0});
     EXPECT_EQ(beats.count(), 0);
@@ -349,6 +351,11 @@ TEST_F(MixerBridgeTest, BeatsOnlyWhileThePanelIsOpen) {
     EXPECT_FALSE(model->popoverVisible());
     runLoop.advance(Seconds{1.0});
     EXPECT_EQ(beats.count(), 120);
+    mixer->setPanelVisible(true);
+    model->toggleTap(model->audioApps.get().front());
+    settle();
+    runLoop.advance(Seconds{1.0});
+    EXPECT_EQ(beats.count(), 120) << "there is no meter";
 }
 
 TEST_F(MixerBridgeTest, FoldsItsRowsWhenThePanelCloses) {
@@ -360,6 +367,8 @@ TEST_F(MixerBridgeTest, FoldsItsRowsWhenThePanelCloses) {
     runLoop.advance(Seconds{10.0});
     EXPECT_TRUE(itemAt(0).isEQExpanded());
     mixer->setPanelVisible(false);
+    EXPECT_TRUE(itemAt(0).isEQExpanded()) << "it is only covered";
+    mixer->panelClosed();
     EXPECT_FALSE(itemAt(0).isEQExpanded());
     EXPECT_FALSE(itemAt(0).isCompressorAdvanced());
 }

@@ -105,13 +105,13 @@ TEST_F(ThemeBridgeTest, BeginsWithTheStoredTheme) {
 }
 
 TEST_F(ThemeBridgeTest, PassesTheDesktopsWishesOn) {
-    QSignalSpy wishes(&theme_, &ThemeBridge::wishesChanged);
+    QSignalSpy wishes(&theme_, &ThemeBridge::lookChanged);
     EXPECT_EQ(theme_.property("isHighContrast"), false);
     EXPECT_EQ(theme_.property("isMotionReduced"), false);
-    theme_.setWishes(true, false);
+    theme_.setLook({.isHighContrast = true});
     EXPECT_EQ(theme_.property("isHighContrast"), true);
     EXPECT_EQ(theme_.property("isMotionReduced"), false);
-    theme_.setWishes(false, true);
+    theme_.setLook({.isMotionReduced = true});
     EXPECT_EQ(theme_.property("isHighContrast"), false);
     EXPECT_EQ(theme_.property("isMotionReduced"), true);
     EXPECT_EQ(wishes.count(), 2);

@@ -19,7 +19,7 @@ public Q_SLOTS:
     void applicationAvailable() { loadFonts(); }
 
     void qmlEngineAvailable(QQmlEngine* engine) {
-        theme_.setWishes(false, true);
+        theme_.setLook({.isMotionReduced = true});
         ThemeBridge::setFor(*engine, theme_);
         engine->addImportPath("qrc:/qt/qml");
         engine->addImageProvider(ShadowImages::name, new ShadowImages);

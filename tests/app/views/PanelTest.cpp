@@ -478,6 +478,9 @@ TEST_F(Panel, FoldsItsRowsWhenItCloses) {
     click("Switch to 10-band EQ");
     mixer->setPanelVisible(false);
     settleView();
+    EXPECT_NE(control("31 Hz EQ for Vinyl"), nullptr) << "it is only covered";
+    mixer->panelClosed();
+    settleView();
     EXPECT_EQ(control("31 Hz EQ for Vinyl"), nullptr);
     click("Equalizer for Vinyl");
     EXPECT_NE(control("Bass"), nullptr) << "the mode is the first one again";

@@ -196,8 +196,14 @@ protected:
 TEST_F(PanelWindow, HasTheSizeOfThePanelAndGoesByEscape) {
     EXPECT_EQ(window->size(), QSize(360, 520));
     EXPECT_TRUE(says("Mute All"));
+    window->setProperty("isFramed", false);
     key(Qt::Key_Escape);
     EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(PanelWindow, IsOnlyMinimisedByEscapeWhereNothingElseBringsItBack) {
+    key(Qt::Key_Escape);
+    EXPECT_EQ(window->visibility(), QWindow::Minimized);
 }
 
 TEST_F(PanelWindow, HasTheKeyboardFromTheFirst) {
