@@ -75,9 +75,9 @@ Item {
         /// From the pointer to the cap's middle.
         property real grip: 0
         property real wheel: 0
-        /// Where on the screen the pointer came over the slider, and whether it has moved since. One
-        /// that rests while the list scrolls under it means the list.
-        property point entered: Qt.point(0, 0)
+        /// Where on the screen the pointer came over the slider, once that is known, and whether it
+        /// has moved since. One that rests while the list scrolls under it means the list.
+        property var entered: null
         property bool isAimedAt: false
     }
 
@@ -179,13 +179,15 @@ Item {
             slider.drag(position);
         }
         onEntered: {
-            inner.entered = mapToGlobal(mouseX, mouseY);
+            inner.entered = null;
             inner.isAimedAt = false;
             inner.wheel = 0;
         }
         onPositionChanged: mouse => {
             const place = mapToGlobal(mouse.x, mouse.y);
-            if (Math.abs(place.x - inner.entered.x) + Math.abs(place.y - inner.entered.y) >= 1)
+            if (inner.entered === null)
+                inner.entered = place;
+            else if (Math.abs(place.x - inner.entered.x) + Math.abs(place.y - inner.entered.y) >= 1)
                 inner.isAimedAt = true;
             if (pressed)
                 slider.drag(along(mouse));
