@@ -75,10 +75,6 @@ Item {
         /// From the pointer to the cap's middle.
         property real grip: 0
         property real wheel: 0
-        /// Where on the screen the pointer came over the slider, once that is known, and whether it
-        /// has moved since. One that rests while the list scrolls under it means the list.
-        property var entered: null
-        property bool isAimedAt: false
     }
 
     /// What the model has is shown again when a hand's move has come to nothing there.
@@ -98,6 +94,14 @@ Item {
         inner.isWriting = true;
         value = next;
         inner.isWriting = false;
+    }
+
+    /// Whether the list that it stands in moves under the pointer, whose wheel is then the list's.
+    function isScrolledPast(): bool {
+        for (let above = parent; above !== null; above = above.parent)
+            if (above instanceof Flickable)
+                return above.moving;
+        return false;
     }
 
     function snapped(next: real): real {
@@ -178,17 +182,8 @@ Item {
             slider.began();
             slider.drag(position);
         }
-        onEntered: {
-            inner.entered = null;
-            inner.isAimedAt = false;
-            inner.wheel = 0;
-        }
+        onExited: inner.wheel = 0
         onPositionChanged: mouse => {
-            const place = mapToGlobal(mouse.x, mouse.y);
-            if (inner.entered === null)
-                inner.entered = place;
-            else if (Math.abs(place.x - inner.entered.x) + Math.abs(place.y - inner.entered.y) >= 1)
-                inner.isAimedAt = true;
             if (pressed)
                 slider.drag(along(mouse));
         }
@@ -201,7 +196,7 @@ Item {
         }
 
         onWheel: wheel => {
-            if (wheel.angleDelta.y === 0 || !inner.isAimedAt) {
+            if (wheel.angleDelta.y === 0 || slider.isScrolledPast()) {
                 wheel.accepted = false;
                 return;
             }
