@@ -51,7 +51,8 @@ TrayIcon::TrayIcon(Actions actions) : actions_(std::move(actions)), icon_(paintT
     icon_.setContextMenu(&menu_);
     connect(&icon_, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason why) {
-                if (why == QSystemTrayIcon::Trigger)
+                // The second of two quick clicks comes as a double one alone.
+                if (why == QSystemTrayIcon::Trigger || why == QSystemTrayIcon::DoubleClick)
                     actions_.togglePanel(icon_.geometry());
             });
     icon_.show();
