@@ -19,7 +19,7 @@ std::vector<std::string> texts(const QVariantList& entries, const char* key) {
 }
 
 TEST(RowValues, OfferTheEqualizersPresetsUnderThreeHeadings) {
-    const QVariantList presets = RowValues().equalizerPresets();
+    const QVariantList presets = RowValues::equalizerPresets();
     EXPECT_THAT(texts(presets, "heading"), ElementsAre("Genre", "", "", "", "", "", "", "Context",
                                                        "", "", "Voice & Utility", ""));
     EXPECT_THAT(texts(presets, "name"),
@@ -30,13 +30,13 @@ TEST(RowValues, OfferTheEqualizersPresetsUnderThreeHeadings) {
 }
 
 TEST(RowValues, OfferThreeKnobsForTheirBands) {
-    const QVariantList knobs = RowValues().simpleBands();
+    const QVariantList knobs = RowValues::simpleBands();
     EXPECT_THAT(texts(knobs, "text"), ElementsAre("Bass", "Mid", "Treble"));
     EXPECT_THAT(texts(knobs, "band"), ElementsAre("3", "5", "7"));
 }
 
 TEST(RowValues, PlaceTenFadersAtTheirFrequencies) {
-    const QVariantList bands = RowValues().bands();
+    const QVariantList bands = RowValues::bands();
     EXPECT_THAT(texts(bands, "label"),
                 ElementsAre("31", "62", "125", "250", "500", "1K", "2K", "4K", "8K", "16K"));
     double last = 0.0;
@@ -51,9 +51,8 @@ TEST(RowValues, PlaceTenFadersAtTheirFrequencies) {
 }
 
 TEST(RowValues, OfferTheCompressorsPresetsAndQuantities) {
-    const RowValues values;
-    EXPECT_EQ(values.compressorPresets().front(), "Off");
-    const QVariantList fields = values.compressorFields();
+    EXPECT_EQ(RowValues::compressorPresets().front(), "Off");
+    const QVariantList fields = RowValues::compressorFields();
     EXPECT_THAT(texts(fields, "label"), ElementsAre("Thresh", "Ratio", "Makeup"));
     EXPECT_THAT(texts(fields, "accessibleLabel"),
                 ElementsAre("Thresh compressor", "Ratio compressor", "Makeup compressor"));
@@ -63,14 +62,13 @@ TEST(RowValues, OfferTheCompressorsPresetsAndQuantities) {
 }
 
 TEST(RowValues, SayWhatAGainIs) {
-    const RowValues values;
-    EXPECT_EQ(values.gainReadOut(4), "+4");
-    EXPECT_EQ(values.gainReadOut(-12), "-12");
-    EXPECT_EQ(values.gainReadOut(0), "+0");
-    EXPECT_EQ(values.gainValue(4), "+4 decibels");
-    EXPECT_FALSE(values.isGainLit(0.5));
-    EXPECT_TRUE(values.isGainLit(1));
-    EXPECT_TRUE(values.isGainLit(-1));
+    EXPECT_EQ(RowValues::gainReadOut(4), "+4");
+    EXPECT_EQ(RowValues::gainReadOut(-12), "-12");
+    EXPECT_EQ(RowValues::gainReadOut(0), "+0");
+    EXPECT_EQ(RowValues::gainValue(4), "+4 decibels");
+    EXPECT_FALSE(RowValues::isGainLit(0.5));
+    EXPECT_TRUE(RowValues::isGainLit(1));
+    EXPECT_TRUE(RowValues::isGainLit(-1));
 }
 
 TEST(RowValues, SayWhereTheBalanceIs) {
@@ -89,7 +87,7 @@ TEST(RowValues, SayWhereTheBalanceIs) {
           Case{-0.25, "25 percent left", "25% Left", true, false},
           Case{0.1, "10 percent right", "10% Right", false, true},
           Case{1.0, "100 percent right", "100% Right", false, true}}) {
-        const QVariantMap words = RowValues().balanceWords(balance);
+        const QVariantMap words = RowValues::balanceWords(balance);
         EXPECT_EQ(words.value("value"), value);
         EXPECT_EQ(words.value("readOut"), readOut);
         EXPECT_EQ(words.value("isLeftLit"), isLeftLit) << balance;
@@ -98,24 +96,22 @@ TEST(RowValues, SayWhereTheBalanceIs) {
 }
 
 TEST(RowValues, SayWhatAThresholdIs) {
-    const RowValues values;
-    EXPECT_EQ(values.thresholdReadOut(-48), "-48 dB");
-    EXPECT_EQ(values.thresholdValue(-48), "-48 decibels");
+    EXPECT_EQ(RowValues::thresholdReadOut(-48), "-48 dB");
+    EXPECT_EQ(RowValues::thresholdValue(-48), "-48 decibels");
 }
 
 TEST(RowValues, SayWhatACompressorsQuantityIs) {
-    const RowValues values;
-    EXPECT_EQ(values.compressorReadOut(0, -14), "-14 dB");
-    EXPECT_EQ(values.compressorValue(0, -14), "-14 dB");
-    EXPECT_EQ(values.compressorReadOut(1, 4), "4:1");
-    EXPECT_EQ(values.compressorValue(1, 4), "4 to 1");
-    EXPECT_EQ(values.compressorReadOut(2, 6), "+6 dB");
-    EXPECT_EQ(values.compressorValue(2, 6), "+6 dB");
+    EXPECT_EQ(RowValues::compressorReadOut(0, -14), "-14 dB");
+    EXPECT_EQ(RowValues::compressorValue(0, -14), "-14 dB");
+    EXPECT_EQ(RowValues::compressorReadOut(1, 4), "4:1");
+    EXPECT_EQ(RowValues::compressorValue(1, 4), "4 to 1");
+    EXPECT_EQ(RowValues::compressorReadOut(2, 6), "+6 dB");
+    EXPECT_EQ(RowValues::compressorValue(2, 6), "+6 dB");
 }
 
 TEST(RowValues, SayHowToUnfold) {
-    EXPECT_EQ(RowValues().expansionHint(false), "Double tap to expand");
-    EXPECT_EQ(RowValues().expansionHint(true), "Double tap to collapse");
+    EXPECT_EQ(RowValues::expansionHint(false), "Double tap to expand");
+    EXPECT_EQ(RowValues::expansionHint(true), "Double tap to collapse");
 }
 
 TEST(SymbolTable, HasTheGlyphsOfTheSymbols) {

@@ -42,7 +42,7 @@ TEST_F(PanelWithManyPrograms, MakesOnlyTheRowsThatAreSeen) {
     EXPECT_TRUE(says("200 apps"));
     EXPECT_GT(rowsMade(), 9);
     EXPECT_LT(rowsMade(), 40);
-    for (double y = 0; y < 7000; y += 300)
+    for (int y = 0; y < 7000; y += 300)
         scrollTo(y);
     EXPECT_LT(rowsMade(), 60) << "rows are used again";
 }
