@@ -4,7 +4,7 @@
 
 namespace orvanta {
 
-void ReadingOrder::sort(QQuickItem* parent) const {
+void ReadingOrder::sort(QQuickItem* parent) {
     if (parent == nullptr)
         return;
     QList<QQuickItem*> children = parent->childItems();

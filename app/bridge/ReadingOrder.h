@@ -14,7 +14,7 @@ class ReadingOrder final : public QObject {
 
 public:
     /// The keyboard goes through the children of `parent` from top to bottom.
-    Q_INVOKABLE void sort(QQuickItem* parent) const;
+    Q_INVOKABLE static void sort(QQuickItem* parent);
 };
 
 } // namespace orvanta

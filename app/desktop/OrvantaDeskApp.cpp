@@ -12,7 +12,6 @@
 
 #include <QDesktopServices>
 #include <QGuiApplication>
-#include <QTimer>
 #include <QUrl>
 #include <chrono>
 #include <utility>
@@ -92,6 +91,12 @@ OrvantaDeskApp::OrvantaDeskApp(Start start)
     windows_.give(QStringLiteral("updates"), updates_);
     panel_ = std::make_unique<Panel>(windows_.makePanel(), start_.mainRunLoop.queue(),
                                      [this](bool isVisible) { panelVisibilityChanged(isVisible); });
+    trayGrace_.setSingleShot(true);
+    QObject::connect(&trayGrace_, &QTimer::timeout, panel_.get(), [this] {
+        // There is no other way to it.
+        if (!trayIcon_)
+            panel_->show();
+    });
     windows_.onPanelClosed([this] { mixer_.panelClosed(); });
     windows_.setPanelHider([this] { panel_->giveWay(); });
     appDelegate_.applicationDidFinishLaunching();
@@ -167,11 +172,7 @@ void OrvantaDeskApp::trayChanged(bool isThere) {
     if (std::exchange(isPanelWanted_, false))
         showPanel();
     else if (!isThere)
-        QTimer::singleShot(kTrayGrace, panel_.get(), [this] {
-            // There is no other way to it.
-            if (!trayIcon_)
-                panel_->show();
-        });
+        trayGrace_.start(kTrayGrace);
 }
 
 void OrvantaDeskApp::showPanel() {

@@ -26,6 +26,7 @@
 #include "platform/runloop/ThreadSerialQueue.h"
 
 #include <QQmlEngine>
+#include <QTimer>
 #include <memory>
 
 namespace orvanta {
@@ -96,6 +97,7 @@ private:
     std::unique_ptr<Panel> panel_;
     std::unique_ptr<TrayIcon> trayIcon_;
     bool isPanelWanted_ = false;
+    QTimer trayGrace_;
     TrayWatch trayWatch_;
 };
 

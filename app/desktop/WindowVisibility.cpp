@@ -1,7 +1,6 @@
 #include "app/desktop/WindowVisibility.h"
 
 #include <QEvent>
-#include <QTimer>
 #include <utility>
 
 namespace orvanta {
@@ -9,6 +8,8 @@ namespace orvanta {
 WindowVisibility::WindowVisibility(QWindow& window, std::function<void(bool)> changed)
     : window_(window), changed_(std::move(changed)) {
     window_.installEventFilter(this);
+    looking_.setSingleShot(true);
+    connect(&looking_, &QTimer::timeout, this, &WindowVisibility::look);
     connect(&window_, &QWindow::visibilityChanged, this, &WindowVisibility::look);
     look();
 }
@@ -16,7 +17,7 @@ WindowVisibility::WindowVisibility(QWindow& window, std::function<void(bool)> ch
 bool WindowVisibility::eventFilter(QObject* watched, QEvent* event) {
     // The window is told of it after us.
     if (event->type() == QEvent::Expose)
-        QTimer::singleShot(0, this, &WindowVisibility::look);
+        looking_.start(0);
     return QObject::eventFilter(watched, event);
 }
 

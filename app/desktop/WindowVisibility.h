@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 #include <QWindow>
 #include <functional>
 
@@ -22,6 +23,7 @@ private:
 
     QWindow& window_;
     const std::function<void(bool)> changed_;
+    QTimer looking_;
     bool isVisible_ = false;
 };
 
