@@ -130,10 +130,7 @@ Platform OrvantaDeskApp::platform() {
 ShellBridge::Actions OrvantaDeskApp::shellActions() {
     return {.checkForUpdates = [this] { updater_.checkForUpdates(); },
             .openURL = [this](const std::string& url) { urlOpener_.open(url); },
-            .quit =
-                [this] {
-                    quit();
-                }};
+            .quit = &OrvantaDeskApp::quit};
 }
 
 void OrvantaDeskApp::connectUpdater() {
