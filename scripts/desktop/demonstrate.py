@@ -21,6 +21,8 @@ PROGRAM = "Vinyl"
 PANEL = "Orvanta"
 QUIET = 0.25
 SECONDS = 5.0
+# After its start, when the program that is recorded has begun to play.
+MUSIC_BEGINS = 14.0
 # The music is not equally loud all the time: what the change of 12 dB is measured within.
 TOLERANCE_DB = 4.0
 
@@ -58,6 +60,7 @@ def demonstrate(program, results):
     session = desktop.Session()
     try:
         session.run([program, "--panel", "--verbose"], log=results / "orvanta-demo.log")
+        started = time.monotonic()
         views = Views(session)
         views.window(PANEL)
         go_through_welcome(views, results)
@@ -65,6 +68,7 @@ def demonstrate(program, results):
         views.wait_for(PANEL, f"Tap {PROGRAM} audio")
         session.screenshot(results / "panel.png", PANEL)
 
+        time.sleep(max(0.0, started + MUSIC_BEGINS - time.monotonic()))
         views.click(PANEL, f"Tap {PROGRAM} audio")
         views.click(PANEL, f"Record {PROGRAM} audio")
         views.wait_for(PANEL, "REC")
