@@ -25,7 +25,7 @@ ButtonBase {
             size: button.size
             opacity: button.symbolOpacity
             color: button.isLit ? button.tint
-                                : button.hovered && !button.down ? Theme.text1 : button.restColor
+                                : button.down ? Theme.text2 : button.hovered ? Theme.text1 : button.restColor
         }
     }
 
@@ -34,6 +34,7 @@ ButtonBase {
         color: button.isLit ? Theme.withOpacity(button.tint, CurrentTheme.isHighContrast ? 0.35 : 0.18)
                             : button.hasPlane ? (button.down ? Theme.controlPressed
                                                  : button.hovered ? Theme.controlHover : Theme.control)
+                            : button.down ? Theme.controlPressed
                             : button.hovered ? Theme.symbolHover : Theme.white(0)
         border.width: button.hasPlane ? 1 : 0
         border.color: Qt.tint(color, Theme.line1)

@@ -10,6 +10,8 @@ ButtonBase {
 
     implicitWidth: content.implicitWidth + 2 * 18
     implicitHeight: 36
+    // The fill alone fades: its text stays as dark as what shines through.
+    opacity: 1
 
     contentItem: Item {
         Row {
@@ -47,6 +49,7 @@ ButtonBase {
 
     background: Rectangle {
         radius: Theme.radiusPrimary
+        opacity: button.enabled ? 1 : Theme.disabled
         color: button.down ? Theme.mix(Theme.accent, "#000000", 0.15)
                            : button.hovered ? Theme.mix(Theme.accent, "#FFFFFF", 0.15) : Theme.accent
 

@@ -16,7 +16,7 @@ ButtonBase {
 
     background: Rectangle {
         radius: height / 2
-        color: control.isOn ? Theme.accent : Theme.well
+        color: control.isOn ? Theme.accent : control.down ? "#000000" : Theme.well
         border.color: control.isOn ? color : Qt.tint(color, control.hovered ? Theme.line3 : Theme.line2)
 
         Behavior on color { HoverFade {} }

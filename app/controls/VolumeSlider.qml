@@ -19,12 +19,20 @@ SliderBase {
         fillEnd: slider.capPosition
 
         Rectangle {
-            readonly property real start: Math.max(parent.width / 2, slider.capPosition)
+            id: boost
 
-            x: start
-            width: parent.width - start - 1
+            x: Math.max(parent.width / 2, slider.capPosition)
+            width: parent.width - x
             height: parent.height
-            color: Theme.withOpacity(Theme.boostAmber, 0.20)
+            radius: height / 2
+            color: Theme.mix(Theme.well, Theme.boostAmber, 0.20)
+
+            // Round at the track's end only.
+            Rectangle {
+                width: Math.min(2 * boost.radius, boost.width / 2)
+                height: parent.height
+                color: boost.color
+            }
         }
     }
     Rectangle {

@@ -1,7 +1,10 @@
 #include "app/demo/IconTile.h"
+#include "app/popover/LevelColors.h"
+#include "tests/app/pictures/ControlStates.h"
 #include "tests/app/support/ViewRig.h"
 
 #include <QGuiApplication>
+#include <QQmlComponent>
 #include <QQuickWindow>
 #include <cstdio>
 #include <filesystem>
@@ -67,14 +70,15 @@ public:
         if (beforePicture)
             std::exchange(beforePicture, nullptr)(window);
         letItSettle(rig);
+        save(window.grabWindow(), name);
+    }
+
+    void save(const QImage& picture, const std::string& name) const {
         const auto target = folder_ / (name + ".png");
-        if (!window.grabWindow().save(QString::fromStdString(target.string())))
+        if (!picture.save(QString::fromStdString(target.string())))
             throw std::runtime_error("cannot write " + target.string());
     }
 
-    std::function<void(QQuickWindow&)> beforePicture;
-
-private:
     static void letItSettle(ViewRig& rig) {
         for (int turn = 0; turn < 20; ++turn) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
@@ -82,6 +86,9 @@ private:
         }
     }
 
+    std::function<void(QQuickWindow&)> beforePicture;
+
+private:
     const std::filesystem::path folder_;
 };
 
@@ -253,6 +260,43 @@ void takeSmallWindows(Pictures& pictures) {
     }
 }
 
+/// Six programs from nearly silent to nearly too loud.
+QVariantList metered(ViewRig& rig) {
+    const float peaks[] = {0.05F, 0.3F, 0.7F, 0.92F, 0.8F, 0.5F};
+    QVariantList apps;
+    for (std::int32_t pid = 10; pid < 16; ++pid) {
+        list(rig, pid, "Program " + std::to_string(pid));
+        tap(rig, pid);
+        const float peak = peaks[pid - 10];
+        rig.tapping->levels[pid] = {.rms = 0.5F * peak, .peak = peak};
+    }
+    for (std::int32_t pid = 10; pid < 16; ++pid)
+        apps.append(QVariant::fromValue(&itemOf(rig, pid)));
+    rig.mixer->setPanelVisible(true);
+    return apps;
+}
+
+void takeControls(Pictures& pictures) {
+    ViewRig rig;
+    const QList<float> volumes{0.2F, 0.66F, 0.9F, 1.3F, 1.8F, 1.0F};
+    QStringList tints;
+    QVariantList values;
+    for (const float volume : volumes) {
+        tints.append(QString::fromUtf8(volumeColor(volume)));
+        values.append(volume);
+    }
+    QQmlComponent component(&rig.engine, QUrl("qrc:/pictures/ControlsSheet.qml"));
+    const std::unique_ptr<QObject> sheet(
+        component.createWithInitialProperties({{"mixer", QVariant::fromValue(rig.mixer.get())},
+                                               {"apps", metered(rig)},
+                                               {"tints", tints},
+                                               {"volumes", values}}));
+    if (!sheet)
+        throw std::runtime_error(component.errorString().toStdString());
+    ControlStates states(dynamic_cast<QQuickItem&>(*sheet), [&] { Pictures::letItSettle(rig); });
+    pictures.save(states.picture(), "controls");
+}
+
 int run(const std::string& folder) {
     Pictures pictures(folder);
     takePanel(pictures, ThemeChoice::classic, "panel");
@@ -262,6 +306,7 @@ int run(const std::string& folder) {
     takeList(pictures);
     takeEmpty(pictures);
     takeSmallWindows(pictures);
+    takeControls(pictures);
     return 0;
 }
 
