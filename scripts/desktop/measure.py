@@ -1,22 +1,30 @@
 #!/usr/bin/python3
-"""Measures the application on a display of its own, over the demonstration's programs: how long it
-takes to show its panel, what it costs while the panel is open with all programs tapped, while it is
-closed, and how much memory it has. Figures are of the machine that it runs on.
+"""Measures the application on a display of its own: how long the demonstration takes to show its
+panel, what the mixer of the session costs over a private audio server with sixteen players, its panel
+open and closed, tapped and not, and how much memory it has. Figures are of the machine that it runs on.
 
-usage: measure.py DEMO_PROGRAM
+usage: measure.py DEMO_PROGRAM PROGRAM
 """
 
 import os
+import shutil
 import sys
 import time
+import wave
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent))
+import numpy
+
+here = Path(__file__).resolve()
+sys.path[:0] = [str(here.parent), str(here.parents[2] / "tests/desktop")]
 import session as desktop
+from support.audio_server import RATE, AudioServer
 
 PANEL = "Orvanta"
 SECONDS = 10.0
 STARTS = 5
+PLAYERS = 16
+TONE_SECONDS = 120
 
 
 def processor_seconds(pid):
@@ -48,34 +56,67 @@ def time_to_panel(session, program):
     return shown
 
 
-def measure(program):
+def write_moving_tone(path):
+    """A tone that swells and ebbs three times a second: its meter is never at rest."""
+    times = numpy.arange(TONE_SECONDS * RATE) / RATE
+    tone = (0.35 + 0.3 * numpy.sin(6 * numpy.pi * times)) * numpy.sin(880 * numpy.pi * times)
+    with wave.open(str(path), "wb") as file:
+        file.setnchannels(2)
+        file.setsampwidth(2)
+        file.setframerate(RATE)
+        file.writeframes(numpy.repeat((32767 * tone).astype("<i2"), 2).tobytes())
+
+
+def open_panel(session, program):
+    """The program with nothing but its panel open."""
     from views import Views
 
+    process = session.run([program, "--panel"])
+    views = Views(session)
+    views.click("Welcome to Orvanta", "Close")
+    return process, views
+
+
+def measure_starts(session, program):
+    times = sorted(time_to_panel(session, program) for _ in range(STARTS))
+    print(f"start to the panel's window on the screen: median {times[STARTS // 2] * 1000:.0f} ms, "
+          f"best {times[0] * 1000:.0f} ms")
+
+
+def measure_players(session, program):
+    tone = session.folder / "tone.wav"
+    write_moving_tone(tone)
+    AudioServer(session)
+    for number in range(PLAYERS):
+        # Programs of their own: what comes from one file is one application.
+        player = shutil.copy("/usr/bin/pw-cat", session.folder / f"player-{number + 1}")
+        session.run([player, "--playback", "--target", "speakers", tone])
+    process, views = open_panel(session, program)
+
+    def tell(what):
+        print(f"{what}: {share_of_a_core(process.pid):.1f} % of a core, {memory(process.pid):.0f} MB")
+
+    views.wait_for(PANEL, f"{PLAYERS} playing")
+    tell("panel open, sixteen play, nothing tapped")
+    views.click(PANEL, "Auto-tap")
+    views.wait_for(PANEL, f"{PLAYERS} tapped")
+    tell("panel open, all tapped")
+    session.xdotool("windowminimize", session.window(PANEL))
+    desktop.wait_until("the panel is closed", lambda: not session.window(PANEL))
+    tell("panel closed, all tapped")
+
+
+def measure(demo, program):
     session = desktop.Session()
     try:
-        times = sorted(time_to_panel(session, program) for _ in range(STARTS))
-        print(f"start to the panel's window on the screen: median {times[STARTS // 2] * 1000:.0f} ms, "
-              f"best {times[0] * 1000:.0f} ms")
-        process = session.run([program, "--panel"])
-        views = Views(session)
-        views.window("Welcome to Orvanta")
-        views.click("Welcome to Orvanta", "Close")
-        pid = process.pid
-        print(f"memory (PSS): {memory(pid):.0f} MB")
-        print(f"panel open, nothing tapped: {share_of_a_core(pid):.1f} % of a core")
-        views.click(PANEL, "Auto-tap")
-        views.wait_for(PANEL, "Remove tap from Podium")
-        print(f"panel open, playing programs tapped: {share_of_a_core(pid):.1f} %")
-        session.xdotool("windowminimize", session.window(PANEL))
-        time.sleep(1)
-        print(f"panel minimised, programs tapped: {share_of_a_core(pid):.1f} %")
-        print(f"memory (PSS): {memory(pid):.0f} MB")
+        measure_starts(session, demo)
+        measure_players(session, program)
     finally:
         session.close()
 
 
 if __name__ == "__main__":
     desktop.under_own_bus()
-    if len(sys.argv) != 2:
+    if len(sys.argv) != 3:
         raise SystemExit(__doc__.strip().splitlines()[-1])
-    measure(Path(sys.argv[1]).resolve())
+    measure(*(Path(program).resolve() for program in sys.argv[1:]))
