@@ -45,8 +45,9 @@ bool hasX11Compositor(xcb_connection_t& display) {
 bool hasCompositor() {
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         return true;
-    const auto* const x11 = qGuiApp != nullptr
-                                ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>()
+    const auto* const application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    const auto* const x11 = application != nullptr
+                                ? application->nativeInterface<QNativeInterface::QX11Application>()
                                 : nullptr;
     return x11 != nullptr && x11->connection() != nullptr && hasX11Compositor(*x11->connection());
 }
@@ -96,6 +97,16 @@ void DesktopSettings::take(const QString& group, const QString& key, const QVari
         look.isHighContrast = unwrapped(value).toUInt() == 1;
     else if (group == kInterface && key == kAnimations)
         look.isMotionReduced = !unwrapped(value).toBool();
+    become(look);
+}
+
+void DesktopSettings::lookForCompositor() {
+    DesktopLook look = look_;
+    look.hasCompositor = hasCompositor();
+    become(look);
+}
+
+void DesktopSettings::become(const DesktopLook& look) {
     if (std::exchange(look_, look) != look)
         changed_(look_);
 }

@@ -18,9 +18,13 @@ public:
     /// `changed` is called at once, and then whenever the look has become another.
     DesktopSettings(QDBusConnection sessionBus, std::function<void(const DesktopLook&)> changed);
 
+    /// Of a compositor that has come or gone no message tells: to be called when windows show.
+    void lookForCompositor();
+
 private:
     Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
     void read(const QString& group, const QString& key);
+    void become(const DesktopLook& look);
     void take(const QString& group, const QString& key, const QVariant& value);
 
     QDBusConnection bus_;

@@ -149,8 +149,10 @@ void OrvantaDeskApp::connectUpdater() {
 
 void OrvantaDeskApp::panelVisibilityChanged(bool isVisible) {
     mixer_.setPanelVisible(isVisible);
-    if (isVisible)
-        onboarding_.panelAppeared();
+    if (!isVisible)
+        return;
+    desktopSettings_.lookForCompositor();
+    onboarding_.panelAppeared();
 }
 
 void OrvantaDeskApp::trayChanged(bool isThere) {

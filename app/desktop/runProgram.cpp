@@ -1,5 +1,6 @@
 #include "app/desktop/runProgram.h"
 
+#include "app/desktop/DisplayWatch.h"
 #include "app/desktop/OrvantaDeskApp.h"
 #include "app/desktop/QuitSignals.h"
 #include "app/drawing/Fonts.h"
@@ -99,7 +100,7 @@ int runApplication(const ProgramIdentity& identity, const Options& options, Syst
     }
     loadFonts();
     MainRunLoop mainRunLoop;
-    const auto sound = makeSoundSystem(mainRunLoop.queue(), log);
+    const auto sound = makeSoundSystem(identity, mainRunLoop.queue(), log);
     OrvantaDeskApp app({.identity = identity,
                         .log = log,
                         .clock = clock,
@@ -147,7 +148,9 @@ int run(int argc, char** argv, const ProgramIdentity& identity,
     if (!hasGraphicsCard())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    std::optional<DisplayWatch> displayWatch(std::in_place);
     QApplication application(argc, argv);
+    displayWatch.reset();
     QApplication::setApplicationName(QStringLiteral("Orvanta"));
     QApplication::setDesktopFileName(QString::fromStdString(identity.domain));
     QApplication::setQuitOnLastWindowClosed(false);
@@ -163,10 +166,10 @@ int run(int argc, char** argv, const ProgramIdentity& identity,
 
 } // namespace
 
-int runProgram(int argc, char** argv, const ProgramIdentity& identity,
+int runProgram(int argc, char** argv, const FindIdentity& findIdentity,
                const MakeSoundSystem& makeSoundSystem) {
     try {
-        return run(argc, argv, identity, makeSoundSystem);
+        return run(argc, argv, findIdentity(), makeSoundSystem);
     } catch (const std::exception& failure) {
         complain(std::string(failure.what()) + ".");
         return exitFailure;

@@ -5,12 +5,13 @@ namespace orvanta {
 namespace {
 
 int runDemo(int argc, char** argv) {
-    const ProgramIdentity identity = ProgramIdentity::ofDemo();
-    return runProgram(argc, argv, identity, [&](RunLoop& mainRunLoop, SystemLog& /*log*/) {
-        auto system = std::make_unique<DemoSystem>(mainRunLoop, identity.home / "icons");
-        system->startClock();
-        return system;
-    });
+    return runProgram(
+        argc, argv, &ProgramIdentity::ofDemo,
+        [](const ProgramIdentity& identity, RunLoop& mainRunLoop, SystemLog& /*log*/) {
+            auto system = std::make_unique<DemoSystem>(mainRunLoop, identity.home / "icons");
+            system->startClock();
+            return system;
+        });
 }
 
 } // namespace

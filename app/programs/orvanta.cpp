@@ -5,10 +5,9 @@ namespace orvanta {
 namespace {
 
 int runMixer(int argc, char** argv) {
-    return runProgram(argc, argv, ProgramIdentity::ofMixer(),
-                      [](RunLoop& /*mainRunLoop*/, SystemLog& log) {
-                          return std::make_unique<PipeWireSystem>(log);
-                      });
+    return runProgram(argc, argv, &ProgramIdentity::ofMixer,
+                      [](const ProgramIdentity& /*identity*/, RunLoop& /*mainRunLoop*/,
+                         SystemLog& log) { return std::make_unique<PipeWireSystem>(log); });
 }
 
 } // namespace

@@ -7,6 +7,11 @@ from support.desktop_test import ABOUT, PANEL, WELCOME, DesktopTest, wait_until
 NO_BUS = "unix:path=/nonexistent/bus"
 
 
+def crash_reports(program):
+    """An empty one was prepared only."""
+    return [file for file in program.home.rglob("*crash*.log") if file.stat().st_size > 0]
+
+
 class LifeTest(DesktopTest):
     def wait_for_theme(self, chosen, other):
         """As the about window shows them."""
@@ -77,6 +82,14 @@ class LifeTest(DesktopTest):
         self.assertIn("there is no desktop to show anything on", program.words())
         self.programs.remove(program)
 
+    def test_with_a_display_that_does_not_answer_it_says_so_and_ends(self):
+        program = self.launch(self.new_home(), environment={"DISPLAY": ":12345",
+                                                            "QT_FATAL_WARNINGS": None})
+        self.assertEqual(program.wait_for_end(), 1)
+        self.assertIn("the desktop does not answer", program.words())
+        self.programs.remove(program)
+        self.assertEqual(crash_reports(program), [])
+
     def test_a_killed_program_is_no_hindrance_to_the_next_start(self):
         program = self.launch_settled()
         program.process.kill()
@@ -94,5 +107,4 @@ class DyingDisplayTest(DesktopTest):
         self.programs.remove(program)
         self.session.display.kill()
         self.assertGreaterEqual(program.wait_for_end(), 0, program.words())
-        reports = [file for file in program.home.rglob("*crash*.log") if file.stat().st_size > 0]
-        self.assertEqual(reports, [])
+        self.assertEqual(crash_reports(program), [])
