@@ -77,6 +77,7 @@ AudioRecorder::startRecording(const std::string& appName, RecordingFormat format
         return std::nullopt;
 
     audioFile_ = std::move(file);
+    ring_.takeMemory();
     ring_.clear();
     fileURL_ = path;
     startTime_ = now;

@@ -1,6 +1,7 @@
 #include "core/recording/SampleRing.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvanta {
 namespace {
@@ -27,7 +28,13 @@ void gather(const float* places, std::int64_t count, float* samples, std::int64_
 } // namespace
 
 SampleRing::SampleRing(int channels)
-    : channels_(channels), ringBuffer_(std::make_unique<float[]>(bufferCapacity)) {}
+    : channels_(channels), ringBuffer_(std::make_unique_for_overwrite<float[]>(bufferCapacity)) {}
+
+void SampleRing::takeMemory() noexcept {
+    // Once: a producer of an earlier recording may be late still.
+    if (!std::exchange(hasMemory_, true))
+        std::fill_n(ringBuffer_.get(), bufferCapacity, 0.0F);
+}
 
 void SampleRing::writeSamples(const float* samples, std::int64_t count,
                               std::int64_t channel) noexcept {

@@ -21,6 +21,11 @@ public:
     /// `channels` must be above 0.
     explicit SampleRing(int channels);
 
+    /// Takes the ring's memory from the system, a mebibyte, which most rings never need: not many
+    /// programs are recorded. Before anybody produces: a producer that had to take it itself would
+    /// wait for the system at every page.
+    void takeMemory() noexcept;
+
     /// Producer: one channel of a planar block. The channels of a block come one after the other,
     /// in ascending order; the last one publishes as many frames as it has. Whether there is room
     /// is asked at the block's first channel, for all of them. What a channel does not give,
@@ -79,6 +84,7 @@ private:
     Block block_;
     const std::int64_t channels_;
     const std::unique_ptr<float[]> ringBuffer_;
+    bool hasMemory_ = false;
     alignas(64) std::atomic<std::int64_t> tail_{0};
 };
 

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <sys/resource.h>
+#include <vector>
 
 namespace {
 bool thereIsNoMemory = false;
@@ -33,6 +35,31 @@ namespace orvanta::test {
 namespace {
 
 using namespace std::chrono_literals;
+
+/// How often this thread has waited for the system to hand out a page.
+long pageFaults() {
+    rusage usage{};
+    getrusage(RUSAGE_THREAD, &usage);
+    return usage.ru_minflt;
+}
+
+constexpr long kPagesOfARing = SampleRing::bufferCapacity * sizeof(float) / 4096;
+
+TEST(ASampleRing, HoldsNoMemoryUntilItIsUsed) {
+    const long before = pageFaults();
+    const SampleRing ring(2);
+    EXPECT_LT(pageFaults() - before, kPagesOfARing / 8);
+}
+
+TEST(ASampleRing, CostsItsProducerNoPageOnceItHasItsMemory) {
+    SampleRing ring(2);
+    ring.takeMemory();
+    const std::vector<float> all(SampleRing::bufferCapacity, 1.0F);
+    const long before = pageFaults();
+    ring.writeInterleavedSamples(all.data(), SampleRing::bufferCapacity);
+    EXPECT_LT(pageFaults() - before, kPagesOfARing / 8);
+    EXPECT_EQ(ring.usedFrames(), SampleRing::bufferCapacity / 2);
+}
 
 TEST(RecorderWithoutMemory, KeepsTheSamplesForTheNextTick) {
     const TemporaryDirectory folder;
