@@ -1,7 +1,7 @@
 #include "cli/MixCommand.h"
 
 #include "cli/StopSignals.h"
-#include "core/platform/Logger.h"
+#include "core/model/DiagnosticLog.h"
 #include "platform/linux/LinuxHost.h"
 
 #include <memory>
@@ -13,9 +13,7 @@ namespace {
 std::shared_ptr<MixerViewModel> makeModel(const Platform& platform, bool isVerbose) {
     auto model = MixerViewModel::create(platform);
     if (isVerbose)
-        model->setDiagnosticSink([&log = platform.systemLog](std::string_view line) {
-            log.write({LogLevel::debug, kLogSubsystem, "diagnostics", line});
-        });
+        model->setDiagnosticSink(diagnosticsTo(platform.systemLog));
     return model;
 }
 

@@ -4,6 +4,7 @@
 #include "app/drawing/ShadowImages.h"
 #include "app/shell/GlobalMuteKey.h"
 #include "app/shell/WindowNames.h"
+#include "core/model/DiagnosticLog.h"
 #include "core/services/HotkeyManager.h"
 #include "platform/linux/desktop/AutostartEntry.h"
 #include "platform/linux/desktop/DesktopFolders.h"
@@ -77,6 +78,8 @@ OrvantaDeskApp::OrvantaDeskApp(Start start)
       mixer_(viewModel_, platform()),
       shell_(start_.identity.bundle, windows_, onboarding_, start_.crashReporter, shellActions()),
       trayWatch_(session_, bus_, [this](bool isThere) { trayChanged(isThere); }) {
+    if (start_.isVerbose)
+        viewModel_->setDiagnosticSink(diagnosticsTo(start_.log));
     installGlobalMuteKey(*keyMonitor_, start_.mainRunLoop.queue(), viewModel_);
     viewModel_->launchAtLogin.set(launchAtLogin_.isOn());
     QObject::connect(&mixer_, &MixerBridge::launchAtLoginAsked, &mixer_,
@@ -97,6 +100,8 @@ OrvantaDeskApp::OrvantaDeskApp(Start start)
         if (!trayIcon_)
             panel_->show();
     });
+    windows_.onConsoleVisibility(
+        [this](bool isVisible) { viewModel_->setConsoleVisible(isVisible); });
     windows_.onPanelClosed([this] { mixer_.panelClosed(); });
     windows_.setPanelHider([this] { panel_->giveWay(); });
     appDelegate_.applicationDidFinishLaunching();

@@ -44,6 +44,8 @@ public:
         CrashReporter& crashReporter;
         MainRunLoop& mainRunLoop;
         SoundSystem& sound;
+        /// Tells the log in detail what the mixer does.
+        bool isVerbose = false;
     };
 
     explicit OrvantaDeskApp(Start start);

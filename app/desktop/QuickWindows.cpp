@@ -1,6 +1,7 @@
 #include "app/desktop/QuickWindows.h"
 
 #include "app/bridge/makeView.h"
+#include "app/desktop/WindowVisibility.h"
 #include "app/shell/WindowNames.h"
 
 #include <QGuiApplication>
@@ -94,6 +95,8 @@ void QuickWindows::open(std::string_view identifier) {
             if (!isVisible)
                 window->deleteLater();
         });
+        if (identifier == kConsoleWindow.identifier && consoleVisibilityChanged_)
+            (new WindowVisibility(*window, consoleVisibilityChanged_))->setParent(window);
         centre(*window);
         bringToFront(*window);
     }

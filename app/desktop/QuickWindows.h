@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvanta {
@@ -35,6 +36,11 @@ public:
     /// Told when the panel is hidden, not when it is only covered.
     void onPanelClosed(std::function<void()> closed);
 
+    /// `changed` is told whenever the console can be seen, and cannot any more.
+    void onConsoleVisibility(std::function<void(bool isVisible)> changed) {
+        consoleVisibilityChanged_ = std::move(changed);
+    }
+
     /// How the panel gives way to another window.
     void setPanelHider(std::function<void()> hide) { hidePanel_ = std::move(hide); }
 
@@ -53,6 +59,7 @@ private:
     QVariantMap bridges_;
     std::unique_ptr<QQuickWindow> panel_;
     std::function<void()> hidePanel_;
+    std::function<void(bool)> consoleVisibilityChanged_;
     std::vector<QPointer<QQuickWindow>> open_;
 };
 

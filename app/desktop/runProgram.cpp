@@ -107,7 +107,8 @@ int runApplication(const ProgramIdentity& identity, const Options& options, Syst
                         .defaults = defaults,
                         .crashReporter = crashReporter,
                         .mainRunLoop = mainRunLoop,
-                        .sound = *sound});
+                        .sound = *sound,
+                        .isVerbose = options.isVerbose});
     running = &app;
     signals.listen(&OrvantaDeskApp::quit);
     if (options.isPanelShown)

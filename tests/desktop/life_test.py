@@ -1,8 +1,9 @@
 """How the program comes, stays and goes: starts, ends, and desktops that lack something."""
 
+import re
 import signal
 
-from support.desktop_test import ABOUT, PANEL, WELCOME, DesktopTest, wait_until
+from support.desktop_test import ABOUT, CONSOLE, PANEL, WELCOME, DesktopTest, wait_until
 
 NO_BUS = "unix:path=/nonexistent/bus"
 
@@ -20,6 +21,12 @@ class LifeTest(DesktopTest):
             return all(names.values()) and self.views.is_checked(names[chosen]) and \
                 not self.views.is_checked(names[other])
         wait_until(f"the theme is {chosen}", is_so)
+
+    @staticmethod
+    def wait_for_pace(program, pace):
+        """At which the mixer reads levels; it tells of each change."""
+        wait_until(f"levels are read at {pace}",
+                   lambda: re.findall(r"timer: (\S+) tapped=1", program.words())[-1:] == [pace])
 
     def test_the_about_window_sets_the_theme_back(self):
         program = self.launch_settled()
@@ -66,6 +73,19 @@ class LifeTest(DesktopTest):
         self.views.click(PANEL, "About Orvanta")
         self.wait_until_gone(PANEL)
         program.wait_for_rest()
+
+    def test_levels_are_followed_closely_only_while_somebody_can_see_them(self):
+        program = self.launch_settled()
+        self.views.click(PANEL, "Tap Forgotten Isles audio")
+        self.wait_for_pace(program, "60Hz")
+        self.views.click(PANEL, "Open Sound Command Center")
+        self.wait_until_gone(PANEL)
+        self.wait_for_pace(program, "60Hz")
+        console = self.wait_for_window(CONSOLE)
+        self.session.xdotool("windowminimize", console)
+        self.wait_for_pace(program, "8Hz-bg")
+        self.session.xdotool("windowmap", console)
+        self.wait_for_pace(program, "60Hz")
 
     def test_without_a_session_bus_it_starts_and_shows_its_panel(self):
         program = self.launch(self.settled(),
