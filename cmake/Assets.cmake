@@ -1,6 +1,6 @@
-# What the views draw with and is not written here, fetched or made once for all builds:
-# build/assets/<package>/ and the fonts below. Sets ORVANTA_ICON_FONT, ORVANTA_ICON_PICTURES and
-# ORVANTA_MADE_FONTS.
+# What the views draw with and is not written here: packages, fetched once for all builds into
+# build/assets/<package>/, and fonts, which each build makes. Sets ORVANTA_ICON_FONT,
+# ORVANTA_ICON_PICTURES and ORVANTA_MADE_FONTS.
 set(assets ${PROJECT_SOURCE_DIR}/build/assets)
 
 execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/fetch-assets.sh COMMAND_ERROR_IS_FATAL ANY)

@@ -25,14 +25,4 @@ AppSection sectionOf(const AudioApp& app, const PIDMap<Seconds>& lastActiveTime,
     return isRecent ? AppSection::recentlyActive : AppSection::idle;
 }
 
-std::vector<const AudioApp*> appsIn(AppSection section, std::span<const AudioApp> apps,
-                                    const PIDMap<Seconds>& lastActiveTime, Seconds now) {
-    std::vector<const AudioApp*> members;
-    for (const AudioApp& app : apps) {
-        if (sectionOf(app, lastActiveTime, now) == section)
-            members.push_back(&app);
-    }
-    return members;
-}
-
 } // namespace orvanta

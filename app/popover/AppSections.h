@@ -6,9 +6,7 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
 #include <string_view>
-#include <vector>
 
 namespace orvanta {
 
@@ -25,11 +23,5 @@ inline constexpr std::array kAppSections{AppSection::playing, AppSection::recent
 /// `MixerViewModel::recentActivityWindow` after its last sound.
 [[nodiscard]] AppSection sectionOf(const AudioApp& app, const PIDMap<Seconds>& lastActiveTime,
                                    Seconds now);
-
-/// Those of `apps` that stand in `section`, in their order. The pointers are into `apps`.
-[[nodiscard]] std::vector<const AudioApp*> appsIn(AppSection section,
-                                                  std::span<const AudioApp> apps,
-                                                  const PIDMap<Seconds>& lastActiveTime,
-                                                  Seconds now);
 
 } // namespace orvanta

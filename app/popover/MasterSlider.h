@@ -8,7 +8,7 @@ namespace orvanta {
 
 /// The master volume under a hand. The devices follow a drag at most about thirty times a second;
 /// the model's value is written once, when the drag ends, and what the model says meanwhile waits.
-/// A move without a drag (a key, the wheel, an assistive tool) is a drag of one step.
+/// A key, the wheel and an assistive tool begin and end a drag of one step.
 class MasterSlider {
 public:
     /// Time between two writes to the devices is longer than this.
@@ -46,12 +46,6 @@ public:
     void endDrag() {
         isDragging_ = false;
         writers_.setMasterVolume(volume_);
-    }
-
-    void moveByStep(float volume, Seconds now) {
-        beginDrag();
-        move(volume, now);
-        endDrag();
     }
 
 private:

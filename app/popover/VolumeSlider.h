@@ -6,7 +6,8 @@
 namespace orvanta {
 
 /// An application's volume under a hand: every move of a drag reaches the model, whose value the
-/// slider follows only while nobody drags. A move without a drag is a drag of one step.
+/// slider follows only while nobody drags. A key, the wheel and an assistive tool begin and end a
+/// drag of one step.
 class VolumeSlider {
 public:
     explicit VolumeSlider(std::function<void(float)> setVolume)
@@ -38,12 +39,6 @@ public:
 
     /// The slider goes away under the hand: it is over, and nothing is written.
     void abandonDrag() noexcept { isDragging_ = false; }
-
-    void moveByStep(float volume) {
-        beginDrag();
-        move(volume);
-        endDrag();
-    }
 
 private:
     std::function<void(float)> setVolume_;

@@ -25,8 +25,9 @@ protected:
 
     [[nodiscard]] std::vector<std::int32_t> pidsIn(AppSection section) const {
         std::vector<std::int32_t> pids;
-        for (const AudioApp* app : appsIn(section, apps_, lastActiveTime_, kNow))
-            pids.push_back(app->pid);
+        for (const AudioApp& app : apps_)
+            if (sectionOf(app, lastActiveTime_, kNow) == section)
+                pids.push_back(app.pid);
         return pids;
     }
 
@@ -40,7 +41,7 @@ TEST_F(AppSectionsTest, AreEmptyWithoutApplications) {
         EXPECT_THAT(pidsIn(section), IsEmpty());
 }
 
-TEST_F(AppSectionsTest, HoldEachApplicationOnceInTheListsOrder) {
+TEST_F(AppSectionsTest, HoldEachApplicationOnce) {
     for (const std::int32_t pid : {7, 3, 9, 1, 8})
         add(pid, pid == 9 || pid == 8);
     lastActiveTime_[7] = kNow - Seconds(10.0);

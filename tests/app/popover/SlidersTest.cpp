@@ -60,13 +60,6 @@ TEST_F(MasterSliderTest, WaitsForMoreThanTheIntervalBetweenTwoWrites) {
     EXPECT_THAT(toDevices_, ElementsAre(0.1F, 0.3F));
 }
 
-TEST_F(MasterSliderTest, TakesAStepForAWholeDrag) {
-    slider_.moveByStep(0.35F, Seconds(10.0));
-    EXPECT_THAT(toDevices_, ElementsAre(0.35F));
-    EXPECT_THAT(toModel_, ElementsAre(0.35F));
-    EXPECT_FALSE(slider_.isDragging());
-}
-
 TEST_F(MasterSliderTest, WritesNothingForAChangeThatIsNoDrag) {
     slider_.move(0.6F, Seconds(10.0));
     EXPECT_THAT(toDevices_, IsEmpty());
@@ -98,12 +91,6 @@ TEST_F(VolumeSliderTest, FollowsTheModelWhileNobodyDrags) {
     slider_.endDrag();
     slider_.follow(0.1F);
     EXPECT_EQ(slider_.volume(), 0.1F);
-}
-
-TEST_F(VolumeSliderTest, TakesAStepForAWholeDrag) {
-    slider_.moveByStep(0.99F);
-    EXPECT_THAT(toModel_, ElementsAre(0.99F, 0.99F));
-    EXPECT_FALSE(slider_.isDragging());
 }
 
 } // namespace
