@@ -1,57 +1,12 @@
 """The mixer of the user's own session over an audio server with real players: what the hand does in
 the panel is heard at the devices."""
 
-import os
-
-from support.audio_server import SILENCE_DB, AudioServer, decibels, write_tone
-from support.desktop_test import PANEL, DesktopTest, wait_until
+from support.audio_server import decibels
+from support.desktop_test import PANEL, wait_until
+from support.sound_desktop_test import OTHER, OUTPUT, PLAIN_DB, PLAYER, QUARTER_DB, TOLERANCE_DB, \
+    VOLUME, SoundDesktopTest
 
 import wav
-
-PLAYER = "pw-play"
-OTHER = "paplay"
-VOLUME = f"{PLAYER} volume"
-OUTPUT = f"Output device for {PLAYER}"
-# Of the tone as it is played, and what a quarter of it is below that.
-PLAIN_DB = -12.04
-QUARTER_DB = -12.04
-TOLERANCE_DB = 0.5
-
-
-class SoundDesktopTest(DesktopTest):
-    executable = os.environ.get("ORVANTA_PROGRAM")
-
-    @classmethod
-    def setUpClass(cls):
-        super().setUpClass()
-        cls.tone = cls.session.folder / "tone.wav"
-        write_tone(cls.tone, 600)
-        cls.audio = AudioServer(cls.session)
-
-    def setUp(self):
-        super().setUp()
-        self.speakers = self.audio.record("speakers")
-        self.headphones = self.audio.record("headphones")
-        self.player = self.audio.play(PLAYER, self.tone, "speakers")
-        self.wait_for_level(self.speakers, PLAIN_DB)
-        self.launch_settled()
-        self.views.wait_for(PANEL, f"Tap {PLAYER} audio")
-
-    def tearDown(self):
-        super().tearDown()
-        for process in (self.player, self.speakers.process, self.headphones.process):
-            self.audio.end(process)
-
-    def tap(self):
-        self.views.click(PANEL, f"Tap {PLAYER} audio")
-        self.views.wait_for(PANEL, VOLUME, "slider")
-
-    def wait_for_level(self, recording, decibel):
-        wait_until(f"the device is at {decibel:.1f} dB",
-                   lambda: abs(recording.level() - decibel) < TOLERANCE_DB)
-
-    def wait_for_silence(self, recording):
-        wait_until("the device is silent", lambda: recording.level() < SILENCE_DB)
 
 
 class SoundTest(SoundDesktopTest):
@@ -65,8 +20,7 @@ class SoundTest(SoundDesktopTest):
         self.wait_for_level(self.speakers, PLAIN_DB)
 
     def test_what_is_not_tapped_stays_as_loud_as_it_plays(self):
-        other = self.audio.play(OTHER, self.tone, "headphones")
-        self.addCleanup(self.audio.end, other)
+        self.play(OTHER, "headphones")
         self.views.wait_for(PANEL, f"Tap {OTHER} audio")
         self.wait_for_level(self.headphones, PLAIN_DB)
         before = self.headphones.level()

@@ -1,0 +1,80 @@
+"""What the panel lives through: players that quit in the middle of a gesture, and an audio server
+that dies."""
+
+from support.desktop_test import PANEL, wait_until
+from support.sound_desktop_test import OTHER, OUTPUT, PLAIN_DB, PLAYER, QUARTER_DB, \
+    VOLUME, PlayersDesktopTest, SoundDesktopTest
+
+
+class QuittingPlayerTest(PlayersDesktopTest):
+    def setUp(self):
+        super().setUp()
+        self.player = self.play()
+        self.play(OTHER, "headphones")
+        self.launch_settled()
+        self.views.wait_for(PANEL, f"Tap {OTHER} audio")
+        self.tap()
+
+    def quit_player(self):
+        self.audio.end(self.player)
+        self.wait_until_unlisted(PLAYER)
+
+    def assert_the_other_obeys_the_hand(self):
+        self.tap(OTHER)
+        self.views.wait_for_value(PANEL, f"{OTHER} volume", 1.0)
+        self.views.drag_slider(PANEL, f"{OTHER} volume", 0.5)
+        self.views.wait_for_value(PANEL, f"{OTHER} volume", 0.5)
+
+    def test_the_hand_holds_the_volume_of_a_player_that_quits(self):
+        self.session.xdotool("mousemove", *self.views.place_of(PANEL, VOLUME, 1.0), "mousedown", 1)
+        under_way = self.views.place_of(PANEL, VOLUME, 0.6)
+        self.session.xdotool("mousemove", *under_way)
+        self.views.wait_for_value(PANEL, VOLUME, 0.6)
+        self.quit_player()
+        self.session.xdotool("mousemove_relative", 30, 0, "mouseup", 1)
+        self.assert_the_other_obeys_the_hand()
+        # It is in no hand when it comes back, and stands where it stands for a new player.
+        self.play()
+        self.tap()
+        self.session.xdotool("mousemove", *self.views.place_of(PANEL, VOLUME, 0.3))
+        self.views.wait_for_value(PANEL, VOLUME, 1.0)
+        self.views.drag_slider(PANEL, VOLUME, 0.8)
+        self.views.wait_for_value(PANEL, VOLUME, 0.8)
+
+    def test_the_keyboard_goes_on_from_a_player_that_has_quit(self):
+        self.session.click(*self.views.place_of(PANEL, VOLUME, 1.0))
+        self.session.xdotool("key", "Left")
+        self.views.wait_for_value(PANEL, VOLUME, 0.99)
+        self.assertEqual(self.views.focused(PANEL).name, VOLUME)
+        self.quit_player()
+        # There is nobody whom these could be meant for.
+        self.session.xdotool("key", "Left", "space", "Tab")
+        wait_until("the keyboard is somewhere", lambda: self.views.focused(PANEL))
+        self.views.wait_for_value(PANEL, "Master volume", 1.0)
+        self.assert_the_other_obeys_the_hand()
+
+
+class LostServerTest(SoundDesktopTest):
+    def come_back(self):
+        self.audio.start()
+        self.speakers = self.record("speakers")
+        self.player = self.play()
+        self.wait_for_level(self.speakers, PLAIN_DB)
+
+    def assert_a_tap_follows_the_hand(self):
+        self.tap()
+        self.views.drag_slider(PANEL, VOLUME, 0.25)
+        self.views.wait_for_value(PANEL, VOLUME, 0.25)
+        self.wait_for_level(self.speakers, PLAIN_DB + QUARTER_DB)
+
+    def test_the_panel_outlives_the_audio_server_with_a_menu_of_its_devices_open(self):
+        self.tap()
+        self.views.click(PANEL, OUTPUT)
+        self.views.wait_for(PANEL, "Test Headphones", "menu item")
+        self.audio.kill()
+        self.views.wait_for(PANEL, "No audio apps detected")
+        wait_until("the menu is gone", lambda: not self.views.find(PANEL, "Test Headphones"))
+        self.views.click(PANEL, "Mute all")
+        self.views.click(PANEL, "Unmute all")
+        self.come_back()
+        self.assert_a_tap_follows_the_hand()
