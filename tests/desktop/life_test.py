@@ -37,6 +37,21 @@ class LifeTest(DesktopTest):
         self.wait_for_theme("Classic", "Meridane")
         self.assertTrue(program.is_running)
 
+    def wait_for_theme_of_panel(self, theme):
+        """As the tip of the button that switches it says when the pointer rests on it."""
+        x, y = self.views.middle(self.views.wait_until_still(PANEL, "Switch theme"))
+        self.session.xdotool("mousemove", x, y + 300, "mousemove", x, y)
+        self.views.wait_for(PANEL, f"Theme: {theme} — click to switch", "tool tip")
+
+    def test_the_theme_is_kept_for_the_next_start(self):
+        program = self.launch_settled()
+        self.wait_for_theme_of_panel("Classic")
+        self.views.click(PANEL, "Switch theme")
+        self.wait_for_theme_of_panel("Meridane")
+        self.end(program)
+        self.launch(program.home)
+        self.wait_for_theme_of_panel("Meridane")
+
     def test_somebody_who_has_been_through_the_welcome_is_not_welcomed_again(self):
         home = self.settled()
         program = self.launch(home)
