@@ -70,14 +70,26 @@ class Session:
             os.environ["DISPLAY"] = ":" + numbers.readline().strip()
 
     def _start_window_manager(self):
-        settings = self.folder / "openbox.xml"
-        settings.write_text('<openbox_config xmlns="http://openbox.org/3.4/rc">'
-                            "<focus><focusNew>yes</focusNew></focus><keyboard/>"
-                            "</openbox_config>\n")
+        self._write_window_manager_settings()
         ready = self.folder / "window-manager"
-        self.run(["openbox", "--sm-disable", "--config-file", str(settings),
+        self.run(["openbox", "--sm-disable", "--config-file", self._window_manager_settings(),
                   "--startup", f"touch {ready}"])
         wait_until("the window manager is there", ready.exists)
+
+    def _window_manager_settings(self):
+        return self.folder / "openbox.xml"
+
+    def _write_window_manager_settings(self, *keys):
+        bindings = "".join(f'<keybind key="{key}"><action name="Raise"/></keybind>' for key in keys)
+        self._window_manager_settings().write_text(
+            '<openbox_config xmlns="http://openbox.org/3.4/rc">'
+            f"<focus><focusNew>yes</focusNew></focus><keyboard>{bindings}</keyboard>"
+            "</openbox_config>\n")
+
+    def let_window_manager_have(self, *keys):
+        """These keys, as its settings write them, and no others."""
+        self._write_window_manager_settings(*keys)
+        subprocess.run(["openbox", "--reconfigure"], check=True)
 
     def run(self, command, log=None, **options):
         """Starts a program that dies with us."""
