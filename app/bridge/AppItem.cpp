@@ -40,8 +40,11 @@ void AppItem::update(const AudioApp& app, Seconds now) {
     app_ = app;
     RowState next = rowStateOf(*model_, app_, now);
     updateElapsed();
-    if (next == state_)
+    state_.volume = next.volume;
+    if (next == state_) {
+        followVolume(next.volume);
         return;
+    }
     const bool isTapNew = next.isTapped != state_.isTapped;
     const bool isRecordingNew = next.isRecording != state_.isRecording;
     state_ = std::move(next);
@@ -50,10 +53,17 @@ void AppItem::update(const AudioApp& app, Seconds now) {
         slider_.abandonDrag();
         fold();
     }
-    slider_.follow(state_.volume);
+    followVolume(state_.volume);
     Q_EMIT changed();
     if (isRecordingNew)
         Q_EMIT elapsedChanged();
+}
+
+void AppItem::followVolume(float volume) {
+    const float shown = slider_.volume();
+    slider_.follow(volume);
+    if (slider_.volume() != shown)
+        Q_EMIT volumeChanged();
 }
 
 void AppItem::tick() {
@@ -156,12 +166,12 @@ void AppItem::beginVolumeDrag() {
 
 void AppItem::moveVolume(double volume) {
     slider_.move(static_cast<float>(volume));
-    Q_EMIT changed();
+    Q_EMIT volumeChanged();
 }
 
 void AppItem::endVolumeDrag() {
     slider_.endDrag();
-    Q_EMIT changed();
+    Q_EMIT volumeChanged();
 }
 
 QString AppItem::outputUID() const {

@@ -41,11 +41,11 @@ class AppItem final : public QObject {
     Q_PROPERTY(QString muteSymbol READ muteSymbol NOTIFY changed)
     Q_PROPERTY(QString muteHelp READ muteHelp NOTIFY changed)
     Q_PROPERTY(QString muteLabel READ muteLabel NOTIFY changed)
-    Q_PROPERTY(double volume READ volume NOTIFY changed)
-    Q_PROPERTY(QString volumeColor READ volumeColor NOTIFY changed)
-    Q_PROPERTY(QString volumeReadOut READ volumeReadOut NOTIFY changed)
+    Q_PROPERTY(double volume READ volume NOTIFY volumeChanged)
+    Q_PROPERTY(QString volumeColor READ volumeColor NOTIFY volumeChanged)
+    Q_PROPERTY(QString volumeReadOut READ volumeReadOut NOTIFY volumeChanged)
     Q_PROPERTY(QString volumeLabel READ volumeLabel NOTIFY changed)
-    Q_PROPERTY(QString volumeValue READ volumeValue NOTIFY changed)
+    Q_PROPERTY(QString volumeValue READ volumeValue NOTIFY volumeChanged)
 
     /// Empty for the system's default.
     Q_PROPERTY(QString outputUID READ outputUID NOTIFY changed)
@@ -94,6 +94,8 @@ public:
     void update(const AudioApp& app, Seconds now);
     /// Takes up what moves by itself while the row is shown.
     void tick();
+    /// Takes up how long it has been recorded.
+    void updateElapsed();
 
     void fold() { expand({}); }
 
@@ -213,6 +215,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// Sixty times a second under a hand, which nothing else of the row needs to hear of.
+    void volumeChanged();
     void expansionChanged();
     void elapsedChanged();
     void gateMoved();
@@ -220,7 +224,7 @@ Q_SIGNALS:
 
 private:
     void expand(RowExpansion expansion);
-    void updateElapsed();
+    void followVolume(float volume);
     void updateGate();
     void updateReductions();
 

@@ -58,6 +58,11 @@ void AppListModel::tick() {
         item->tick();
 }
 
+void AppListModel::updateElapsed() {
+    for (AppItem* const item : rows_)
+        item->updateElapsed();
+}
+
 void AppListModel::foldAll() {
     for (AppItem* const item : rows_)
         item->fold();

@@ -37,6 +37,7 @@ public:
     /// When the first row changes its section by nothing but time; nothing when none does.
     [[nodiscard]] std::optional<Seconds> nextExpiry() const;
     void tick();
+    void updateElapsed();
     void foldAll();
 
     [[nodiscard]] QVariantMap sectionCounts() const { return sectionCounts_; }

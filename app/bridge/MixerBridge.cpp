@@ -33,12 +33,16 @@ MixerBridge::MixerBridge(std::shared_ptr<MixerViewModel> model, const Platform& 
                    [this](float volume) {
                        model_->setMasterVolume(volume);
                    }}),
-      coalescer_(mainRunLoop_, [this] { update(); }) {
+      coalescer_(mainRunLoop_, [this] { update(); }),
+      elapsed_(mainRunLoop_, [this] { apps_.updateElapsed(); }) {
     watch(model_->audioApps, model_->tappedPIDs, model_->volumes, model_->mutedPIDs,
           model_->masterVolume, model_->autoTapEnabled, model_->appOutputDevices,
           model_->eqSettings, model_->isMasterMuted, model_->launchAtLogin, model_->balances,
-          model_->compressorSettings, model_->recordingPIDs, model_->recordingDurations,
-          model_->noiseGateEnabled, model_->noiseGateThresholds);
+          model_->compressorSettings, model_->recordingPIDs, model_->noiseGateEnabled,
+          model_->noiseGateThresholds);
+    // At each poll of the levels.
+    observations_.push_back(
+        model_->recordingDurations.observe([this](const auto&) { elapsed_.ask(); }));
     observations_.push_back(model_->outputDeviceManager().observe([this] { coalescer_.ask(); }));
     connect(&clock_, &LevelClock::ticked, &apps_, &AppListModel::tick);
     update();

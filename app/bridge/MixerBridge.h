@@ -131,6 +131,7 @@ private:
     bool isPanelVisible_ = false;
     std::vector<OutputDevice> outputs_;
     Coalescer coalescer_;
+    Coalescer elapsed_;
     /// Looks again when time alone has moved a row.
     std::unique_ptr<RepeatingTimer> expiry_;
     std::vector<Observation> observations_;

@@ -106,15 +106,43 @@ TEST_F(MixerBridgeTest, TellsNothingWhenNothingOfItLooksDifferent) {
     settle();
     changes->clear();
     QSignalSpy itemChanges(&itemAt(0), &AppItem::changed);
+    QSignalSpy volumeChanges(&itemAt(0), &AppItem::volumeChanged);
     model->setVolume(10, 1.0F);
     model->autoTapEnabled.set(false);
     settle();
     EXPECT_EQ(changes->count(), 0);
     EXPECT_EQ(itemChanges.count(), 0);
+    EXPECT_EQ(volumeChanges.count(), 0);
     model->setVolume(10, 0.5F);
     settle();
     EXPECT_EQ(changes->count(), 0) << "only the row does";
+    EXPECT_EQ(itemChanges.count(), 0) << "and of that only its volume";
+    EXPECT_EQ(volumeChanges.count(), 1);
+}
+
+TEST_F(MixerBridgeTest, TellsOfAVolumeThatChangesWithSomethingElse) {
+    tap(10, "Vinyl");
+    settle();
+    QSignalSpy itemChanges(&itemAt(0), &AppItem::changed);
+    QSignalSpy volumeChanges(&itemAt(0), &AppItem::volumeChanged);
+    model->setBalance(10, 0.5F);
+    model->setVolume(10, 0.5F);
+    settle();
     EXPECT_EQ(itemChanges.count(), 1);
+    EXPECT_EQ(volumeChanges.count(), 1);
+    EXPECT_EQ(itemAt(0).volume(), 0.5);
+}
+
+TEST_F(MixerBridgeTest, BringsTheTimeOfARecordingToItsRowAlone) {
+    tap(10, "Vinyl");
+    model->toggleRecording(10);
+    settle();
+    QSignalSpy itemChanges(&itemAt(0), &AppItem::changed);
+    model->recordingDurations.set({{10, 65.5}});
+    EXPECT_EQ(itemAt(0).elapsedTime(), "0:00") << "in its own turn";
+    settle();
+    EXPECT_EQ(itemAt(0).elapsedTime(), "1:05");
+    EXPECT_EQ(itemChanges.count(), 0);
 }
 
 TEST_F(MixerBridgeTest, BringsEveryKindOfChangeToTheRow) {
@@ -126,8 +154,6 @@ TEST_F(MixerBridgeTest, BringsEveryKindOfChangeToTheRow) {
         settle();
         EXPECT_EQ(itemChanges.count(), ++told) << what;
     };
-    model->setVolume(10, 0.5F);
-    expectTold("volume");
     model->toggleMute(10);
     expectTold("mute");
     model->routeApp(10, "speakers");
