@@ -1,5 +1,7 @@
-"""What the panel lives through: players that quit in the middle of a gesture, and an audio server
-that dies."""
+"""What the panel lives through: players that quit in the middle of a gesture, an audio server that
+dies, and a crowd."""
+
+import sys
 
 from support.desktop_test import PANEL, wait_until
 from support.sound_desktop_test import OTHER, OUTPUT, PLAIN_DB, PLAYER, QUARTER_DB, \
@@ -78,3 +80,49 @@ class LostServerTest(SoundDesktopTest):
         self.views.click(PANEL, "Unmute all")
         self.come_back()
         self.assert_a_tap_follows_the_hand()
+
+
+class CrowdTest(PlayersDesktopTest):
+    COUNT = 200
+    LAST = f"Player {COUNT}"
+    MOST_MEMORY_MIB = 40
+    # One port of the server takes 128 links.
+    DEVICES = ("speakers", "headphones")
+
+    def setUp(self):
+        super().setUp()
+        self.audio.use_long_cycles()
+        self.program = self.launch_settled()
+        self.views.wait_for(PANEL, "0 apps")
+
+    def play_all(self):
+        """Each under a name of its own, such that they are in order."""
+        players = [self.audio.play_as(f"Player {number:03d}", self.tone, self.DEVICES[number % 2])
+                   for number in range(1, self.COUNT + 1)]
+        for player in players:
+            self.addCleanup(self.audio.end, player)
+        wait_until("all are listed", lambda: self.views.find(PANEL, f"{self.COUNT} playing"))
+        return players
+
+    def wheel_to_the_end(self):
+        x, y = self.views.middle(self.views.wait_for(PANEL, "Master volume", "slider"))
+        self.session.xdotool("mousemove", x, y + 200, "click", "--repeat", 2 * self.COUNT,
+                             "--delay", 5, 5)
+
+    def test_two_hundred_programs_that_play_at_once_are_listed_and_the_last_obeys_the_hand(self):
+        before = self.program.memory()
+        players = self.play_all()
+        self.wheel_to_the_end()
+        self.tap(self.LAST)
+        # It unfolds below the bottom.
+        self.wheel_to_the_end()
+        self.views.drag_slider(PANEL, f"{self.LAST} volume", 0.5)
+        self.views.wait_for_value(PANEL, f"{self.LAST} volume", 0.5)
+        grown = self.program.memory() - before
+        print(f"The panel has grown by {grown:.0f} MiB, from {before:.0f}.", file=sys.stderr)
+        self.assertLess(grown, self.MOST_MEMORY_MIB)
+        self.assertTrue(all(player.poll() is None for player in players))
+        for player in players:
+            player.terminate()
+        self.views.wait_for(PANEL, "No audio apps detected")
+        self.program.wait_for_rest()

@@ -149,6 +149,15 @@ class AudioServer:
                    "paplay": ["paplay", f"--device={device}", file]}[player]
         return self.session.run(command, log=self.folder / f"{player}.log")
 
+    def play_as(self, name, file, device):
+        """By a program that calls itself by that name."""
+        return self.session.run(["pw-cat", "--playback", "--target", device, "--properties",
+                                 f'{{ application.name="{name}" }}', file])
+
+    def use_long_cycles(self):
+        """So that many players cost little."""
+        self._ask("pw-metadata", "-n", "settings", "0", "clock.force-quantum", "8192")
+
     def record(self, device):
         file = self.folder / f"{device}-{len(self.session.processes)}.wav"
         process = self.session.run(

@@ -3,6 +3,7 @@
 import os
 import signal
 import subprocess
+from pathlib import Path
 
 from session import wait_until
 
@@ -51,6 +52,11 @@ class Program:
         if self.is_running:
             self.process.send_signal(signal.SIGTERM)
         return self.wait_for_end()
+
+    def memory(self):
+        """In MiB, its share of what it has in common with others."""
+        lines = Path(f"/proc/{self.process.pid}/smaps_rollup").read_text().splitlines()
+        return next(int(line.split()[1]) for line in lines if line.startswith("Pss:")) / 1024
 
     def wait_for_rest(self):
         """Until it uses little of a processor. With a panel open its meters take their part."""
