@@ -7,7 +7,6 @@ usage: measure.py DEMO_PROGRAM PROGRAM
 """
 
 import os
-import shutil
 import sys
 import time
 import wave
@@ -86,11 +85,9 @@ def measure_starts(session, program):
 def measure_players(session, program):
     tone = session.folder / "tone.wav"
     write_moving_tone(tone)
-    AudioServer(session)
+    audio = AudioServer(session)
     for number in range(PLAYERS):
-        # Programs of their own: what comes from one file is one application.
-        player = shutil.copy("/usr/bin/pw-cat", session.folder / f"player-{number + 1}")
-        session.run([player, "--playback", "--target", "speakers", tone])
+        audio.play_as(f"Player {number + 1}", tone, "speakers")
     process, views = open_panel(session, program)
 
     def tell(what):
