@@ -191,4 +191,15 @@ void ViewTest::key(Qt::Key key) {
     settleView();
 }
 
+void ViewTest::expectUpdatesAreLookedForWhereTheyCanBe() {
+    EXPECT_TRUE(says("Check for Updates"));
+    EXPECT_FALSE(the("Check for updates").isEnabled());
+    click("Check for updates");
+    EXPECT_EQ(updateChecks, 0);
+    shell->setCanCheckForUpdates(true);
+    settleView();
+    click("Check for updates");
+    EXPECT_EQ(updateChecks, 1);
+}
+
 } // namespace orvanta::test

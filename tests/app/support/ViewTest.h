@@ -57,6 +57,8 @@ protected:
     void move(const QPoint& place);
     void release(const QPoint& place);
     void key(Qt::Key key);
+    /// The view has the updates' button, which can be pressed only where updates can be looked for.
+    void expectUpdatesAreLookedForWhereTheyCanBe();
     /// The panel's list.
     [[nodiscard]] QQuickItem* appList() const;
 

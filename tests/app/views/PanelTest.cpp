@@ -462,14 +462,7 @@ TEST_F(Panel, SaysItsVersionAndOpensOtherWindows) {
 
 TEST_F(Panel, ShowsThatUpdatesCannotBeLookedFor) {
     showPanel();
-    EXPECT_TRUE(says("Check for Updates"));
-    EXPECT_FALSE(the("Check for updates").isEnabled());
-    click("Check for updates");
-    EXPECT_EQ(updateChecks, 0);
-    shell->setCanCheckForUpdates(true);
-    settleView();
-    click("Check for updates");
-    EXPECT_EQ(updateChecks, 1);
+    expectUpdatesAreLookedForWhereTheyCanBe();
 }
 
 TEST_F(Panel, FoldsItsRowsWhenItCloses) {

@@ -125,13 +125,7 @@ TEST_F(AboutWindow, PicksTheTheme) {
 
 TEST_F(AboutWindow, ShowsThatUpdatesCannotBeLookedFor) {
     showAbout();
-    EXPECT_FALSE(the("Check for updates").isEnabled());
-    click("Check for updates");
-    EXPECT_EQ(updateChecks, 0);
-    shell->setCanCheckForUpdates(true);
-    settleView();
-    click("Check for updates");
-    EXPECT_EQ(updateChecks, 1);
+    expectUpdatesAreLookedForWhereTheyCanBe();
 }
 
 TEST_F(AboutWindow, OffersToSendCrashReportsOnlyWhereThereAreAny) {
