@@ -15,6 +15,10 @@ BundleInfo thisBundle() {
     return {.shortVersion = ORVANTA_VERSION, .version = ORVANTA_BUILD};
 }
 
+UpdateFeed thisFeed() {
+    return {.url = ORVANTA_FEED_URL, .publicKey = ORVANTA_FEED_KEY};
+}
+
 } // namespace
 
 ProgramIdentity ProgramIdentity::ofMixer() {
@@ -24,6 +28,7 @@ ProgramIdentity ProgramIdentity::ofMixer() {
             .settingsFile = userDefaultsFile(home, std::getenv("XDG_CONFIG_HOME")),
             .home = home,
             .folders = userFoldersOf(DesktopFolders::fromEnvironment()),
+            .updateFeed = thisFeed(),
             .instanceName = "orvanta"};
 }
 
@@ -37,6 +42,7 @@ ProgramIdentity ProgramIdentity::ofDemo() {
                         .documents = folder / "Documents",
                         .downloads = folder / "Downloads",
                         .temporary = std::filesystem::temp_directory_path()},
+            .updateFeed = thisFeed(),
             .instanceName = "orvanta-demo",
             .ownsSession = false,
             .canLaunchAtLogin = false};

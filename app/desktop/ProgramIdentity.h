@@ -8,6 +8,12 @@
 
 namespace orvanta {
 
+/// Where newer versions are announced, and the key that they are signed with. Empty: nowhere.
+struct UpdateFeed {
+    std::string url;
+    std::string publicKey;
+};
+
 /// Who a program is on the user's desktop, and where it keeps what is its own: two of different
 /// identities know nothing of each other.
 struct ProgramIdentity {
@@ -18,6 +24,7 @@ struct ProgramIdentity {
     /// Where its crash reports go.
     std::filesystem::path home;
     UserFolders folders;
+    UpdateFeed updateFeed;
     /// What its files in the session's folder begin with.
     std::string instanceName;
     /// Whether it takes programs' sound from the session's server, which one process may.
