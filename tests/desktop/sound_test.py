@@ -62,16 +62,23 @@ class SoundTest(SoundDesktopTest):
 
 
 class ChangingSessionTest(SoundDesktopTest):
-    def test_a_device_that_goes_while_its_menu_is_open_leaves_the_menu(self):
+    def test_a_device_in_use_that_goes_while_its_menu_is_open_leaves_menu_and_program(self):
         self.audio.make_device("passing", "Passing Device")
+        passing = self.record("passing")
         self.tap()
+        self.views.click(PANEL, OUTPUT)
+        self.views.click(PANEL, "Passing Device")
+        self.wait_for_level(passing, PLAIN_DB)
+        self.wait_for_silence(self.speakers)
         self.views.click(PANEL, OUTPUT)
         self.views.wait_for(PANEL, "Passing Device", "menu item")
         self.audio.take_device("passing")
         wait_until("the entry is gone", lambda: not self.views.find(PANEL, "Passing Device"))
+        self.wait_for_level(self.speakers, PLAIN_DB)
         self.views.click(PANEL, "Test Headphones")
         self.views.wait_for_description(PANEL, OUTPUT, "Test Headphones")
         self.wait_for_level(self.headphones, PLAIN_DB)
+        self.wait_for_silence(self.speakers)
 
     def test_launch_at_login_is_an_entry_of_the_session_and_is_seen_at_the_next_start(self):
         program = self.programs[0]
