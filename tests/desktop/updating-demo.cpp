@@ -22,17 +22,20 @@ void trustOnly(const std::string& certificates) {
     QSslConfiguration::setDefaultConfiguration(configuration);
 }
 
-int runUpdatingDemo(int argc, char** argv) {
+ProgramIdentity withFeed() {
     ProgramIdentity identity = ProgramIdentity::ofDemo();
     identity.updateFeed = {.url = fromEnvironment("ORVANTA_TEST_FEED_URL"),
                            .publicKey = fromEnvironment("ORVANTA_TEST_FEED_KEY")};
-    return runProgram(argc, argv, identity, [&](RunLoop& mainRunLoop, SystemLog& /*log*/) {
-        // Once there is a toolkit, and before it is asked for anything.
-        trustOnly(fromEnvironment("ORVANTA_TEST_CERTIFICATE"));
-        auto system = std::make_unique<DemoSystem>(mainRunLoop, identity.home / "icons");
-        system->startClock();
-        return system;
-    });
+    return identity;
+}
+
+std::unique_ptr<SoundSystem> makeDemoSystem(const ProgramIdentity& identity, RunLoop& mainRunLoop,
+                                            SystemLog& /*log*/) {
+    // Once there is a toolkit, and before it is asked for anything.
+    trustOnly(fromEnvironment("ORVANTA_TEST_CERTIFICATE"));
+    auto system = std::make_unique<DemoSystem>(mainRunLoop, identity.home / "icons");
+    system->startClock();
+    return system;
 }
 
 } // namespace
@@ -41,5 +44,5 @@ int runUpdatingDemo(int argc, char** argv) {
 /// The demonstration, with updates from a server of the test's own. The programs that people get
 /// are built with their feed and its key, and nothing can point them to another.
 int main(int argc, char** argv) {
-    return orvanta::runUpdatingDemo(argc, argv);
+    return orvanta::runProgram(argc, argv, &orvanta::withFeed, &orvanta::makeDemoSystem);
 }
