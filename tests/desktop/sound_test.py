@@ -6,8 +6,6 @@ from support.desktop_test import PANEL, wait_until
 from support.sound_desktop_test import OTHER, OUTPUT, PLAIN_DB, PLAYER, QUARTER_DB, TOLERANCE_DB, \
     VOLUME, SoundDesktopTest
 
-import wav
-
 
 class SoundTest(SoundDesktopTest):
     def test_the_device_follows_the_hand_on_the_slider(self):
@@ -54,9 +52,7 @@ class SoundTest(SoundDesktopTest):
         self.views.wait_for(PANEL, "0:02")
         self.views.click(PANEL, f"Stop recording {PLAYER}")
         wait_until("it is over", lambda: self.views.find(PANEL, "REC") is None)
-        files = list(self.programs[0].home.rglob("*.wav"))
-        self.assertEqual(len(files), 1)
-        rate, samples = wav.read_wav(files[0])
+        rate, samples = self.recorded()
         self.assertGreater(len(samples), 2 * rate)
         self.assertAlmostEqual(decibels(samples[rate // 2:-rate // 4]), PLAIN_DB, delta=TOLERANCE_DB)
 

@@ -3,9 +3,10 @@ dies, and a crowd."""
 
 import sys
 
+from support.audio_server import decibels
 from support.desktop_test import PANEL, wait_until
 from support.sound_desktop_test import OTHER, OUTPUT, PLAIN_DB, PLAYER, QUARTER_DB, \
-    VOLUME, PlayersDesktopTest, SoundDesktopTest
+    TOLERANCE_DB, VOLUME, PlayersDesktopTest, SoundDesktopTest
 
 
 class QuittingPlayerTest(PlayersDesktopTest):
@@ -69,8 +70,10 @@ class LostServerTest(SoundDesktopTest):
         self.views.wait_for_value(PANEL, VOLUME, 0.25)
         self.wait_for_level(self.speakers, PLAIN_DB + QUARTER_DB)
 
-    def test_the_panel_outlives_the_audio_server_with_a_menu_of_its_devices_open(self):
+    def test_panel_and_recording_outlive_the_audio_server_with_a_menu_of_its_devices_open(self):
         self.tap()
+        self.views.click(PANEL, f"Record {PLAYER} audio")
+        self.views.wait_for(PANEL, "0:02")
         self.views.click(PANEL, OUTPUT)
         self.views.wait_for(PANEL, "Test Headphones", "menu item")
         self.audio.kill()
@@ -78,6 +81,8 @@ class LostServerTest(SoundDesktopTest):
         wait_until("the menu is gone", lambda: not self.views.find(PANEL, "Test Headphones"))
         self.views.click(PANEL, "Mute all")
         self.views.click(PANEL, "Unmute all")
+        rate, samples = self.recorded()
+        self.assertAlmostEqual(decibels(samples[rate // 2:rate]), PLAIN_DB, delta=TOLERANCE_DB)
         self.come_back()
         self.assert_a_tap_follows_the_hand()
 

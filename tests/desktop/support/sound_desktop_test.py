@@ -7,6 +7,8 @@ from session import wait_until
 from support.audio_server import SILENCE_DB, AudioServer, write_tone
 from support.desktop_test import PANEL, DesktopTest
 
+import wav
+
 PLAYER = "pw-play"
 OTHER = "paplay"
 VOLUME = f"{PLAYER} volume"
@@ -66,3 +68,9 @@ class SoundDesktopTest(PlayersDesktopTest):
 
     def wait_for_silence(self, recording):
         wait_until("the device is silent", lambda: recording.level() < SILENCE_DB)
+
+    def recorded(self):
+        """Rate and samples of the one recording that there is."""
+        files = list(self.programs[0].home.rglob("*.wav"))
+        self.assertEqual(len(files), 1)
+        return wav.read_wav(files[0])
