@@ -1,5 +1,7 @@
 #include "app/drawing/LevelMeter.h"
 
+#include "app/popover/MeterLayout.h"
+
 #include <QQuickWindow>
 #include <QSGRectangleNode>
 #include <array>
@@ -8,13 +10,10 @@
 namespace orvanta {
 namespace {
 
-/// A fill is flat colours, which come out of the dark in steps too small to see.
-constexpr std::size_t kFillSteps = 12;
+constexpr std::size_t kFillSteps = MeterLayout::stepCount;
 constexpr float kFirstOpacity = 0.62F;
 /// Of a recording's: at its beginning, middle and end.
 constexpr std::array kRecordingOpacities{0.7F, 0.9F, 1.0F};
-constexpr double kInset = 1.0;
-constexpr double kGap = 1.0;
 
 QColor withOpacity(QColor color, float opacity) {
     color.setAlphaF(opacity);
@@ -115,9 +114,12 @@ void LevelMeter::tick() {
         update();
 }
 
+double LevelMeter::screenRatio() const {
+    return window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
+}
+
 double LevelMeter::fillWidth() const {
-    const double ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
-    return std::round(level() * width() * ratio) / ratio;
+    return onScreenPixel(level() * width(), screenRatio());
 }
 
 QColor LevelMeter::fillColor() const {
@@ -139,22 +141,22 @@ QSGNode* LevelMeter::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/
     drawnWidth_ = fillWidth();
     drawnZone_ = levelZone(level());
 
-    const double first = std::round(width() * kGreenZone);
-    const double second = std::round(width() * (kGreenZone + kYellowZone));
+    const MeterLayout layout = meterLayout(width(), drawnWidth_, screenRatio());
+    const double first = layout.yellowStart;
+    const double second = layout.redStart;
     place(*node->zones[0], {0, 0, first, height()}, withOpacity(green_, 0.08F));
     place(*node->zones[1], {first, 0, second - first, height()}, withOpacity(yellow_, 0.06F));
     place(*node->zones[2], {second, 0, width() - second, height()}, withOpacity(red_, 0.06F));
 
-    const double step = drawnWidth_ / static_cast<double>(node->fill.size());
     double x = 0.0;
     for (std::size_t index = 0; index < node->fill.size(); ++index) {
-        const double end = std::round(step * static_cast<double>(index + 1));
-        place(*node->fill.at(index), {x, kInset, end - x, height() - 2 * kInset},
+        const double end = layout.stepEnds.at(index);
+        place(*node->fill.at(index), {x, layout.line, end - x, height() - 2 * layout.line},
               withOpacity(fillColor(), fillOpacity(index, isRecording_)));
         x = end;
     }
-    place(*node->gaps[0], {first, 0, kGap, height()}, well_);
-    place(*node->gaps[1], {second, 0, kGap, height()}, well_);
+    place(*node->gaps[0], {first, 0, layout.line, height()}, well_);
+    place(*node->gaps[1], {second, 0, layout.line, height()}, well_);
     return node;
 }
 

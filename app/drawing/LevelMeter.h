@@ -55,6 +55,8 @@ private:
     /// The fill's end, on a pixel of the screen.
     [[nodiscard]] double fillWidth() const;
     [[nodiscard]] QColor fillColor() const;
+    /// Pixels of the screen for a logical one.
+    [[nodiscard]] double screenRatio() const;
 
     QPointer<AppItem> app_;
     QPointer<LevelClock> clock_;
