@@ -54,6 +54,8 @@ void AppItem::update(const AudioApp& app, Seconds now) {
         fold();
     }
     followVolume(state_.volume);
+    if (isTapNew || isRecordingNew)
+        Q_EMIT unfolding();
     Q_EMIT changed();
     if (isRecordingNew)
         Q_EMIT elapsedChanged();
@@ -315,8 +317,10 @@ void AppItem::setCompressorValue(int band, int field, double value) {
 }
 
 void AppItem::expand(RowExpansion expansion) {
-    if (std::exchange(expansion_, expansion) != expansion)
-        Q_EMIT expansionChanged();
+    if (std::exchange(expansion_, expansion) == expansion)
+        return;
+    Q_EMIT unfolding();
+    Q_EMIT expansionChanged();
 }
 
 void AppItem::updateElapsed() {

@@ -214,6 +214,8 @@ public:
     Q_INVOKABLE void setCompressorValue(int band, int field, double value);
 
 Q_SIGNALS:
+    /// Its row is about to become higher or lower.
+    void unfolding();
     void changed();
     /// Sixty times a second under a hand, which nothing else of the row needs to hear of.
     void volumeChanged();

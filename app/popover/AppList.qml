@@ -40,7 +40,10 @@ Item {
             mixer: place.mixer
             item: app
             // Until it is used again, the keyboard is not to come to it.
-            ListView.onPooled: visible = false
+            ListView.onPooled: {
+                visible = false;
+                isUnfolding = false;
+            }
             ListView.onReused: visible = true
             onYChanged: Qt.callLater(list.sort)
         }

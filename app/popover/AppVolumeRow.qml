@@ -14,8 +14,18 @@ Item {
     implicitHeight: card.y + card.height
     opacity: item.isRecentlyActive ? 0.85 : 1
 
+    /// Only its own unfolding is to be seen: a row that is used again for another application has
+    /// that one's height at once.
+    property bool isUnfolding: false
+
     AppItemHold {
         item: row.item
+    }
+    Connections {
+        target: row.item
+        function onUnfolding() {
+            row.isUnfolding = true;
+        }
     }
     Rectangle {
         id: card
@@ -39,8 +49,15 @@ Item {
 
         Behavior on color { HoverFade {} }
         Behavior on height {
+            enabled: row.isUnfolding
+
             SpringMove {
                 id: unfolding
+
+                onRunningChanged: {
+                    if (!running)
+                        row.isUnfolding = false;
+                }
             }
         }
         clip: unfolding.running

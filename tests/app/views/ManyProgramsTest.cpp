@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QTest>
 #include <algorithm>
 #include <random>
 
@@ -25,6 +26,48 @@ protected:
     void scrollToTop() {
         QMetaObject::invokeMethod(appList(), "positionViewAtBeginning");
         settleView();
+    }
+
+    void goTo(int index) {
+        QMetaObject::invokeMethod(appList(), "positionViewAtIndex", Q_ARG(int, index),
+                                  Q_ARG(int, 0));
+        settleView();
+    }
+
+    struct Row {
+        bool isUnfolding;
+        double height;
+        /// What the height is to be.
+        double contentHeight;
+    };
+
+    [[nodiscard]] std::vector<Row> rows() const {
+        std::vector<Row> found;
+        const auto* const content = appList()->property("contentItem").value<QQuickItem*>();
+        for (const QQuickItem* const row : content->childItems()) {
+            if (!row->property("isUnfolding").isValid() || !row->isVisible())
+                continue;
+            for (const QQuickItem* const card : row->childItems())
+                for (const QQuickItem* const inside : card->childItems())
+                    if (inside->inherits("QQuickColumn"))
+                        found.push_back(
+                            {.isUnfolding = row->property("isUnfolding").toBool(),
+                             .height = card->height(),
+                             .contentHeight =
+                                 inside->height() +
+                                 (row->property("item").value<AppItem*>()->isTapped() ? 4 : 0)});
+        }
+        return found;
+    }
+
+    /// Whether it comes to be so of every row; what moves takes its time.
+    template <typename IsSo>
+    bool waitForRows(IsSo isSo) {
+        return QTest::qWaitFor([&] {
+            settleView();
+            const auto all = rows();
+            return !all.empty() && std::ranges::all_of(all, isSo);
+        });
     }
 
     /// How many rows are made, whether on the screen or beside it.
@@ -97,6 +140,30 @@ TEST_F(PanelWithManyPrograms, ShowsEachRowsOwnApplicationWhileAllOfThemComeAndGo
             mixer->apps()->data(mixer->apps()->index(0), AppListModel::itemRole).value<AppItem*>();
         ASSERT_NE(control(first->tapLabel()), nullptr) << "step " << step;
     }
+}
+
+TEST_F(PanelWithManyPrograms, AnimatesOnlyARowThatUnfoldsItself) {
+    theme.setLook({.isMotionReduced = false, .hasCompositor = true});
+    listMany(200);
+    for (const std::size_t place : {1U, 2U, 5U, 30U, 31U})
+        model->toggleTap(AudioApp(discovery->apps[place]));
+    showPanel();
+    ASSERT_TRUE(waitForRows([](const Row& row) { return !row.isUnfolding; }));
+    for (const int index : {25, 120, 3, 90, 0, 40, 0}) {
+        goTo(index);
+        ASSERT_FALSE(rows().empty()) << "at " << index;
+        for (const Row& row : rows()) {
+            EXPECT_FALSE(row.isUnfolding) << "at " << index;
+            EXPECT_EQ(row.height, row.contentHeight) << "at " << index;
+        }
+    }
+    // The list counts on from where it thought to be.
+    goTo(0);
+    itemOf(discovery->apps[1].pid).toggleEQ();
+    const auto moving = rows();
+    EXPECT_EQ(std::ranges::count(moving, true, &Row::isUnfolding), 1);
+    EXPECT_TRUE(waitForRows(
+        [](const Row& row) { return !row.isUnfolding && row.height == row.contentHeight; }));
 }
 
 TEST_F(PanelWithManyPrograms, BearsThatAllProgramsQuitAtOnce) {
