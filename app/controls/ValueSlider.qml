@@ -28,7 +28,7 @@ SliderBase {
         anchors.verticalCenter: parent.verticalCenter
         width: 1
         height: 10
-        color: Theme.white(0.22)
+        color: Theme.mark
     }
     SliderCap {
         x: slider.capPosition - width / 2

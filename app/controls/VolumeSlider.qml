@@ -40,7 +40,7 @@ SliderBase {
         anchors.verticalCenter: parent.verticalCenter
         width: 1
         height: 12
-        color: Theme.white(0.22)
+        color: Theme.mark
     }
     SliderCap {
         x: slider.capPosition - width / 2

@@ -15,7 +15,7 @@ Item {
         property bool isLit: false
 
         anchors.verticalCenter: parent?.verticalCenter
-        color: isLit ? Theme.featureBalance : Theme.text3
+        color: isLit ? Theme.legible(Theme.featureBalance, 0) : Theme.text3
         horizontalAlignment: Text.AlignLeft
         font.family: Theme.family
         font.pixelSize: 11

@@ -18,7 +18,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             name: "waveform.path"
             size: 14
-            color: Theme.featureCompressor
+            color: Theme.legible(Theme.featureCompressor, 0)
         }
         Label {
             x: 50

@@ -27,7 +27,7 @@ Row {
     Label {
         visible: text !== ""
         text: counts.mixer.tappedCount
-        color: Theme.accentSecondary
+        color: Theme.accentText
         opacity: Theme.textOpacity(0.8)
         font: Theme.caption
     }
@@ -37,7 +37,7 @@ Row {
     Label {
         visible: text !== ""
         text: counts.mixer.playingCount
-        color: Theme.green
+        color: Theme.legible(Theme.green, 0)
         opacity: Theme.textOpacity(0.8)
         font: Theme.caption
     }

@@ -15,8 +15,8 @@ Item {
             text: SymbolTable.glyph("speaker.slash")
             font.family: Theme.symbols
             font.pixelSize: 32
-            startColor: Theme.withOpacity(Theme.text2, 0.6)
-            endColor: Theme.withOpacity(Theme.text2, 0.3)
+            startColor: Theme.withOpacity(Theme.text2, Theme.textOpacity(0.6))
+            endColor: Theme.withOpacity(Theme.text2, Theme.textOpacity(0.3))
             isVertical: true
         }
         Item {

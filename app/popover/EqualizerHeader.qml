@@ -14,7 +14,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         name: "slider.horizontal.3"
         size: 14
-        color: Theme.featureEQ
+        color: Theme.legible(Theme.featureEQ, 0)
     }
     PlainButton {
         objectName: "equalizer"

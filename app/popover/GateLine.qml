@@ -16,7 +16,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         name: "waveform.badge.minus"
         size: 14
-        color: line.isOn ? Theme.green : Theme.text3
+        color: line.isOn ? Theme.legible(Theme.green, 0) : Theme.text3
     }
     Label {
         id: name

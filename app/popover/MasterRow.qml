@@ -14,7 +14,7 @@ Item {
         anchors.verticalCenter: slider.verticalCenter
         name: row.mixer.masterSymbol
         size: 15
-        color: Theme.featureVolume
+        color: Theme.legible(Theme.featureVolume, 0)
     }
     ValueSlider {
         id: slider

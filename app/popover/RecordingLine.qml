@@ -33,7 +33,7 @@ Item {
         width: 30
         height: 14
         radius: Theme.radiusCap
-        color: Theme.red
+        color: Theme.redPlane
 
         Text {
             anchors.centerIn: parent

@@ -24,7 +24,7 @@ Item {
         x: parent.width - width
         y: 1
         text: RowValues.gainReadOut(slider.value)
-        color: knob.isLit ? Theme.accentSecondary : Theme.text2
+        color: knob.isLit ? Theme.accentText : Theme.text2
         font: knob.isLit ? Theme.litReadOut : Theme.smallReadOut
     }
     ValueSlider {

@@ -42,7 +42,7 @@ Item {
         y: 2
         text: "Console"
         symbol: "slider.horizontal.below.square.and.square.filled"
-        symbolColor: Theme.accent
+        symbolColor: Theme.legible(Theme.accent, 0)
         color: Theme.text1
         textFont: Theme.smallControl
         label: "Open Sound Command Center"

@@ -51,7 +51,7 @@ Item {
                 x: -width / 2
                 y: 99
                 text: band.modelData.label
-                color: RowValues.isGainLit(fader.value) ? Theme.accentSecondary : Theme.text3
+                color: RowValues.isGainLit(fader.value) ? Theme.accentText : Theme.text3
                 horizontalAlignment: Text.AlignLeft
                 font: Theme.micro
                 Accessible.ignored: true

@@ -45,7 +45,7 @@ Item {
         width: 42
         anchors.verticalCenter: slider.verticalCenter
         text: line.item.volumeReadOut
-        color: line.item.volume > 1 ? Theme.mix(Theme[line.item.volumeColor], "#FFFFFF", 0.1) : Theme.text1
+        color: line.item.volume > 1 ? Theme.legible(Theme[line.item.volumeColor], 0.1) : Theme.text1
     }
     RowMeter {
         x: 50

@@ -29,6 +29,8 @@ QtObject {
     readonly property color line3: white(CurrentTheme.isHighContrast ? 0.70 : 0.17)
     readonly property color highlight: white(0.05)
     readonly property color lip: white(0.055)
+    /// A mark on a scale, or where one of many stands.
+    readonly property color mark: white(CurrentTheme.isHighContrast ? 0.70 : 0.22)
     readonly property color divider: white(0.075)
     readonly property color firstDivider: white(0.09)
     readonly property color rowHover: white(0.045)
@@ -40,7 +42,10 @@ QtObject {
     readonly property color text3: CurrentTheme.isHighContrast ? "#BFC3CC" : "#8A8F9B"
     readonly property color text4: CurrentTheme.isHighContrast ? "#8A8F9B" : "#5C616D"
     readonly property color ink: "#0E0F12"
-    readonly property color redText: mix(red, "#FFFFFF", 0.30)
+    readonly property color accentText: legible(accentSecondary, 0)
+    readonly property color redText: legible(red, 0.30)
+    /// Under white words.
+    readonly property color redPlane: CurrentTheme.isHighContrast ? mix(red, "#000000", 0.15) : red
 
     // The palette.
     property color accent: CurrentTheme.colors.accent
@@ -151,9 +156,15 @@ QtObject {
         return Qt.tint(base, Qt.alpha(other, share));
     }
 
+    /// A colour that means something, as symbols and words wear it: `share` of white in it at rest,
+    /// and enough of it where the desktop asks for contrast.
+    function legible(color: color, share: real): color {
+        return mix(color, "#FFFFFF", CurrentTheme.isHighContrast ? Math.max(share, 0.4) : share);
+    }
+
     /// Of a feature, bright enough for a control's plane.
     function symbolOnControl(feature: color): color {
-        return mix(feature, "#FFFFFF", CurrentTheme.isHighContrast ? 0.4 : 0.2);
+        return legible(feature, 0.2);
     }
 
     /// An opacity that is stated for rest, as high contrast has it.

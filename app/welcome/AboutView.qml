@@ -38,8 +38,8 @@ Item {
             height: 38
             text: "Orvanta"
             font: Theme.display
-            startColor: Theme.gradientStart
-            endColor: Theme.gradientEnd
+            startColor: Theme.legible(Theme.gradientStart, 0)
+            endColor: Theme.legible(Theme.gradientEnd, 0)
             Accessible.role: Accessible.Heading
             Accessible.name: text
         }

@@ -66,7 +66,7 @@ Item {
         y: 375
         name: "lock.shield.fill"
         size: 18
-        color: Theme.green
+        color: Theme.legible(Theme.green, 0)
     }
     Label {
         x: 88

@@ -10,7 +10,7 @@ Item {
     component Stroke: Rectangle {
         height: 4
         radius: 2
-        color: Theme.accent
+        color: Theme.legible(Theme.accent, 0)
         antialiasing: true
     }
 
@@ -22,7 +22,7 @@ Item {
         radius: 6
         color: Theme.white(0)
         border.width: 4
-        border.color: Theme.accent
+        border.color: Theme.legible(Theme.accent, 0)
     }
     Stroke {
         x: 4

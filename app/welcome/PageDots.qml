@@ -22,7 +22,7 @@ Row {
             width: isCurrent ? 18 : 6
             height: 6
             radius: 3
-            color: isCurrent ? Theme.accent : Theme.white(0.22)
+            color: isCurrent ? Theme.accent : Theme.mark
 
             Behavior on width { SpringMove {} }
         }

@@ -44,7 +44,7 @@ Item {
             anchors.centerIn: parent
             name: "sparkles"
             size: 42
-            color: Theme.accent
+            color: Theme.legible(Theme.accent, 0)
         }
     }
     Repeater {

@@ -16,7 +16,7 @@ Rectangle {
     Label {
         anchors.centerIn: parent
         text: step.number
-        color: Theme.accentSecondary
+        color: Theme.accentText
         font: Theme.heading
     }
 }
