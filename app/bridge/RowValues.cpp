@@ -70,6 +70,10 @@ QVariantList RowValues::compressorFields() {
     return entries;
 }
 
+double RowValues::fullReduction() {
+    return static_cast<double>(kFullReductionDB);
+}
+
 QString RowValues::expansionHint(bool isExpanded) {
     return qText(rowText::expansionHint(isExpanded));
 }

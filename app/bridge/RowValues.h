@@ -22,6 +22,8 @@ class RowValues final : public QObject {
     Q_PROPERTY(QStringList compressorPresets READ compressorPresets CONSTANT)
     /// Each with `label`, `accessibleLabel`, `minimum`, `maximum` and `step`.
     Q_PROPERTY(QVariantList compressorFields READ compressorFields CONSTANT)
+    /// dB, at which a band's bar is full.
+    Q_PROPERTY(double fullReduction READ fullReduction CONSTANT)
 
 public:
     [[nodiscard]] static QVariantList equalizerPresets();
@@ -29,6 +31,7 @@ public:
     [[nodiscard]] static QVariantList bands();
     [[nodiscard]] static QStringList compressorPresets();
     [[nodiscard]] static QVariantList compressorFields();
+    [[nodiscard]] static double fullReduction();
 
     Q_INVOKABLE [[nodiscard]] static QString expansionHint(bool isExpanded);
     Q_INVOKABLE [[nodiscard]] static QString gainReadOut(double gain);

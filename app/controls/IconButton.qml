@@ -18,24 +18,14 @@ ButtonBase {
     implicitWidth: 24
     implicitHeight: 24
 
-    contentItem: Item {
-        SymbolGlyph {
-            anchors.centerIn: parent
-            name: button.symbol
-            size: button.size
-            opacity: button.symbolOpacity
-            color: button.isLit ? button.tint
-                                : button.down ? Theme.text2 : button.hovered ? Theme.text1 : button.restColor
-        }
-    }
-
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: button.radius
         color: button.isLit ? Theme.withOpacity(button.tint, CurrentTheme.isHighContrast ? 0.35 : 0.18)
-                            : button.hasPlane ? (button.down ? Theme.controlPressed
-                                                 : button.hovered ? Theme.controlHover : Theme.control)
-                            : button.down ? Theme.controlPressed
-                            : button.hovered ? Theme.symbolHover : Theme.white(0)
+                            : button.hasPlane ? (button.isDown ? Theme.controlPressed
+                                                 : button.isHovered ? Theme.controlHover : Theme.control)
+                            : button.isDown ? Theme.controlPressed
+                            : button.isHovered ? Theme.symbolHover : Theme.white(0)
         border.width: button.hasPlane ? 1 : 0
         border.color: Qt.tint(color, Theme.line1)
 
@@ -46,5 +36,13 @@ ButtonBase {
             radius: button.radius + 4
             isShown: button.visualFocus
         }
+    }
+    SymbolGlyph {
+        anchors.centerIn: parent
+        name: button.symbol
+        size: button.size
+        opacity: button.symbolOpacity
+        color: button.isLit ? Theme.legible(button.tint, 0)
+                            : button.isDown ? Theme.text2 : button.isHovered ? Theme.text1 : button.restColor
     }
 }

@@ -9,46 +9,50 @@ ButtonBase {
     required property PopupMenu menu
 
     implicitHeight: isSmall ? 20 : 22
+    help: name.truncated ? text : ""
+    hasMenu: true
+    isExpandable: true
+    isExpanded: menu.visible
     Accessible.role: Accessible.ButtonMenu
     onClicked: menu.openFor(button)
 
-    contentItem: Item {
-        Text {
-            anchors.left: parent.left
-            anchors.leftMargin: 9
-            anchors.right: chevron.left
-            anchors.rightMargin: 4
-            anchors.verticalCenter: parent.verticalCenter
-            text: button.text
-            color: button.down ? Theme.text2 : Theme.text1
-            font: button.isSmall ? Theme.smallControl : Theme.controlText
-            elide: Text.ElideRight
-            horizontalAlignment: Text.AlignLeft
-            textFormat: Text.PlainText
-            anchors.alignWhenCentered: false
-            Accessible.ignored: true
-        }
-        SymbolGlyph {
-            id: chevron
-
-            anchors.right: parent.right
-            anchors.rightMargin: 6
-            anchors.verticalCenter: parent.verticalCenter
-            name: "chevron.up.chevron.down"
-            size: 9
-            color: Theme.text3
-        }
-    }
-
-    background: ControlPlane {
+    ControlPlane {
+        anchors.fill: parent
         radius: button.isSmall ? Theme.radiusSmall : Theme.radius
-        isHovered: button.hovered || button.menu.visible
-        isPressed: button.down
+        isHovered: button.isHovered || button.menu.visible
+        isPressed: button.isDown
 
         FocusRing {
             control: parent
             radius: Theme.radius + 4
             isShown: button.visualFocus
         }
+    }
+    Text {
+        id: name
+
+        anchors.left: parent.left
+        anchors.leftMargin: 9
+        anchors.right: chevron.left
+        anchors.rightMargin: 4
+        anchors.verticalCenter: parent.verticalCenter
+        text: button.text
+        color: button.isDown ? Theme.text2 : Theme.text1
+        font: button.isSmall ? Theme.smallControl : Theme.controlText
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
+        textFormat: Text.PlainText
+        anchors.alignWhenCentered: false
+        Accessible.ignored: true
+    }
+    SymbolGlyph {
+        id: chevron
+
+        anchors.right: parent.right
+        anchors.rightMargin: 6
+        anchors.verticalCenter: parent.verticalCenter
+        name: "chevron.up.chevron.down"
+        size: 9
+        color: Theme.text3
     }
 }

@@ -12,57 +12,52 @@ ButtonBase {
     property color color: Theme.text2
     property font textFont: Theme.caption
     property real restOpacity: 1
+    property real spacing: 4
 
-    readonly property bool isAwake: enabled && (hovered || visualFocus)
+    readonly property bool isAwake: enabled && (isHovered || visualFocus)
 
     implicitWidth: content.implicitWidth
     implicitHeight: 18
-    spacing: 4
     // Stays readable when it cannot be pressed: what it would do is news by itself.
     opacity: 1
 
-    contentItem: Item {
-        Row {
-            id: content
-
-            height: parent.height
-            spacing: button.spacing
-            opacity: button.isAwake ? 1 : Theme.textOpacity(button.restOpacity)
-
-            SymbolGlyph {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.symbol !== ""
-                name: button.symbol
-                size: button.symbolSize
-                color: button.symbolColor
-            }
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                text: button.text
-                color: button.isAwake && !button.down && button.restOpacity === 1 ? Theme.text1
-                                                                                  : button.color
-                horizontalAlignment: Text.AlignLeft
-                font: button.textFont
-                textFormat: Text.PlainText
-                anchors.alignWhenCentered: false
-                Accessible.ignored: true
-            }
-            SymbolGlyph {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.trailingSymbol !== ""
-                name: button.trailingSymbol
-                size: 9
-                color: Theme.text3
-            }
-        }
+    FocusRing {
+        control: parent
+        radius: Theme.radiusCap + 4
+        gap: 2
+        isShown: button.visualFocus
     }
+    Row {
+        id: content
 
-    background: Item {
-        FocusRing {
-            control: parent
-            radius: Theme.radiusCap + 4
-            gap: 2
-            isShown: button.visualFocus
+        height: parent.height
+        spacing: button.spacing
+        opacity: button.isAwake ? 1 : Theme.textOpacity(button.restOpacity)
+
+        SymbolGlyph {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.symbol !== ""
+            name: button.symbol
+            size: button.symbolSize
+            color: button.symbolColor
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: button.text
+            color: button.isAwake && !button.isDown && button.restOpacity === 1 ? Theme.text1
+                                                                                : button.color
+            horizontalAlignment: Text.AlignLeft
+            font: button.textFont
+            textFormat: Text.PlainText
+            anchors.alignWhenCentered: false
+            Accessible.ignored: true
+        }
+        SymbolGlyph {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.trailingSymbol !== ""
+            name: button.trailingSymbol
+            size: 9
+            color: Theme.text3
         }
     }
 }

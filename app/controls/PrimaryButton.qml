@@ -13,45 +13,12 @@ ButtonBase {
     // The fill alone fades: its text stays as dark as what shines through.
     opacity: 1
 
-    contentItem: Item {
-        Row {
-            id: content
-
-            anchors.centerIn: parent
-            spacing: 8
-
-            SymbolGlyph {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.leadingSymbol !== ""
-                name: button.leadingSymbol
-                size: 14
-                color: Theme.ink
-            }
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                text: button.text
-                color: Theme.ink
-                horizontalAlignment: Text.AlignLeft
-                font: Theme.heading
-                textFormat: Text.PlainText
-                anchors.alignWhenCentered: false
-                Accessible.ignored: true
-            }
-            SymbolGlyph {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.trailingSymbol !== ""
-                name: button.trailingSymbol
-                size: 12
-                color: Theme.ink
-            }
-        }
-    }
-
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: Theme.radiusPrimary
         opacity: button.enabled ? 1 : Theme.disabled
-        color: button.down ? Theme.mix(Theme.accent, "#000000", 0.15)
-                           : button.hovered ? Theme.mix(Theme.accent, "#FFFFFF", 0.15) : Theme.accent
+        color: button.isDown ? Theme.mix(Theme.accent, "#000000", 0.15)
+                             : button.isHovered ? Theme.mix(Theme.accent, "#FFFFFF", 0.15) : Theme.accent
 
         Rectangle {
             x: Theme.radiusPrimary
@@ -65,6 +32,37 @@ ButtonBase {
             control: parent
             radius: Theme.radiusPrimary + 4
             isShown: button.visualFocus
+        }
+    }
+    Row {
+        id: content
+
+        anchors.centerIn: parent
+        spacing: 8
+
+        SymbolGlyph {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.leadingSymbol !== ""
+            name: button.leadingSymbol
+            size: 14
+            color: Theme.ink
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: button.text
+            color: Theme.ink
+            horizontalAlignment: Text.AlignLeft
+            font: Theme.heading
+            textFormat: Text.PlainText
+            anchors.alignWhenCentered: false
+            Accessible.ignored: true
+        }
+        SymbolGlyph {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.trailingSymbol !== ""
+            name: button.trailingSymbol
+            size: 12
+            color: Theme.ink
         }
     }
 }

@@ -18,45 +18,11 @@ ButtonBase {
     implicitWidth: content.implicitWidth + 2 * (isSmall ? 7 : 9)
     implicitHeight: isSmall ? 20 : 24
 
-    contentItem: Item {
-        Row {
-            id: content
-
-            anchors.centerIn: parent
-            spacing: button.isSmall ? 4 : 5
-
-            SymbolGlyph {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.symbol !== ""
-                name: button.symbol
-                size: button.symbolSize
-                color: button.isLit ? button.tint : button.symbolColor
-            }
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                text: button.text
-                color: button.isLit ? Theme.mix(button.tint, "#FFFFFF", 0.3)
-                                    : button.down ? Theme.text2 : Theme.text1
-                horizontalAlignment: Text.AlignLeft
-                font: button.isSmall ? Theme.smallControl : Theme.controlText
-                textFormat: Text.PlainText
-                anchors.alignWhenCentered: false
-                Accessible.ignored: true
-            }
-            SymbolGlyph {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.trailingSymbol !== ""
-                name: button.trailingSymbol
-                size: 9
-                color: Theme.text3
-            }
-        }
-    }
-
-    background: ControlPlane {
+    ControlPlane {
+        anchors.fill: parent
         radius: button.radius
-        isHovered: button.hovered
-        isPressed: button.down
+        isHovered: button.isHovered
+        isPressed: button.isDown
         isLit: button.isLit
         tint: button.tint
 
@@ -64,6 +30,38 @@ ButtonBase {
             control: parent
             radius: button.radius + 4
             isShown: button.visualFocus
+        }
+    }
+    Row {
+        id: content
+
+        anchors.centerIn: parent
+        spacing: button.isSmall ? 4 : 5
+
+        SymbolGlyph {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.symbol !== ""
+            name: button.symbol
+            size: button.symbolSize
+            color: button.isLit ? Theme.legible(button.tint, 0) : button.symbolColor
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: button.text
+            color: button.isLit ? Theme.legible(button.tint, 0.3)
+                                : button.isDown ? Theme.text2 : Theme.text1
+            horizontalAlignment: Text.AlignLeft
+            font: button.isSmall ? Theme.smallControl : Theme.controlText
+            textFormat: Text.PlainText
+            anchors.alignWhenCentered: false
+            Accessible.ignored: true
+        }
+        SymbolGlyph {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.trailingSymbol !== ""
+            name: button.trailingSymbol
+            size: 9
+            color: Theme.text3
         }
     }
 }

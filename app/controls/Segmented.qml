@@ -24,7 +24,7 @@ Rectangle {
     radius: 7
     color: Theme.well
     border.color: Theme.line1
-    Accessible.role: Accessible.PageTabList
+    Accessible.role: Accessible.Grouping
     Accessible.name: label
 
     Row {
@@ -56,21 +56,8 @@ Rectangle {
                 Keys.onRightPressed: picker.go(picker.chosen + 1)
                 onClicked: picker.chose(index)
 
-                contentItem: Text {
-                    id: content
-
-                    horizontalAlignment: Text.AlignHCenter
-                    verticalAlignment: Text.AlignVCenter
-                    text: segment.text
-                    color: segment.isChosen ? Theme.accentSecondary
-                                            : segment.hovered ? Theme.text1 : Theme.text2
-                    font.family: Theme.family
-                    font.pixelSize: 11
-                    font.weight: segment.isChosen ? Font.DemiBold : Font.Medium
-                    Accessible.ignored: true
-                }
-
-                background: Rectangle {
+                Rectangle {
+                    anchors.fill: parent
                     radius: Theme.radiusSmall
                     color: segment.isChosen ? Theme.controlHover : Theme.white(0)
 
@@ -79,6 +66,20 @@ Rectangle {
                         radius: Theme.radiusSmall + 4
                         isShown: segment.visualFocus
                     }
+                }
+                Text {
+                    id: content
+
+                    anchors.fill: parent
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    text: segment.text
+                    color: segment.isChosen ? Theme.accentText
+                                            : segment.isHovered ? Theme.text1 : Theme.text2
+                    font.family: Theme.family
+                    font.pixelSize: 11
+                    font.weight: segment.isChosen ? Font.DemiBold : Font.Medium
+                    Accessible.ignored: true
                 }
             }
         }

@@ -7,7 +7,7 @@ import Orvanta
 ///
 /// A plain item: to assistive tools the toolkit's own controls have the role that it has for them,
 /// whatever they say themselves, and a bare control has no value.
-Item {
+AssistedItem {
     id: slider
 
     /// What the model has.
@@ -35,14 +35,13 @@ Item {
     signal moved(real value)
     signal ended()
 
-    /// It has the keyboard, and not because it was pressed.
-    readonly property bool visualFocus: activeFocus && !inner.isFocusedByMouse
+    /// How far beside the slider a press still counts: no smaller than a finger's aim, whatever its
+    /// look. Where neighbours are too near for that, whoever places them shares out what there is.
+    property real reachAbove: Math.max(0, (24 - height) / 2)
+    property real reachBelow: Math.max(0, (24 - height) / 2)
+    property real reachBeside: Math.max(0, (24 - width) / 2)
 
     activeFocusOnTab: true
-    onActiveFocusChanged: {
-        if (!activeFocus)
-            inner.isFocusedByMouse = false;
-    }
     opacity: enabled ? 1 : Theme.disabled
 
     Accessible.role: Accessible.Slider
@@ -64,6 +63,7 @@ Item {
     onValueChanged: {
         if (!inner.isWriting)
             moveTo(value);
+        tellValue();
     }
     Component.onCompleted: show(modelValue)
 
@@ -71,7 +71,6 @@ Item {
         id: inner
 
         property bool isWriting: false
-        property bool isFocusedByMouse: false
         /// From the pointer to the cap's middle.
         property real grip: 0
         property real wheel: 0
@@ -159,12 +158,11 @@ Item {
 
         readonly property real capReach: 8
 
-        // No smaller than a finger's aim, whatever the slider's look.
         anchors.fill: parent
-        anchors.topMargin: Math.min(0, (parent.height - 24) / 2)
-        anchors.bottomMargin: anchors.topMargin
-        anchors.leftMargin: Math.min(0, (parent.width - 24) / 2)
-        anchors.rightMargin: anchors.leftMargin
+        anchors.topMargin: -slider.reachAbove
+        anchors.bottomMargin: -slider.reachBelow
+        anchors.leftMargin: -slider.reachBeside
+        anchors.rightMargin: -slider.reachBeside
         hoverEnabled: true
         preventStealing: true
         enabled: slider.enabled
@@ -174,8 +172,7 @@ Item {
         }
 
         onPressed: mouse => {
-            inner.isFocusedByMouse = !slider.activeFocus || inner.isFocusedByMouse;
-            slider.forceActiveFocus(Qt.MouseFocusReason);
+            slider.takeKeyboardByMouse();
             const position = along(mouse);
             const offset = slider.capPosition - position;
             inner.grip = Math.abs(offset) <= capReach ? offset : 0;

@@ -12,12 +12,12 @@ ButtonBase {
     Accessible.role: Accessible.CheckBox
     Accessible.checkable: true
     Accessible.checked: isOn
-    Accessible.onToggleAction: clicked()
 
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: height / 2
-        color: control.isOn ? Theme.accent : control.down ? "#000000" : Theme.well
-        border.color: control.isOn ? color : Qt.tint(color, control.hovered ? Theme.line3 : Theme.line2)
+        color: control.isOn ? Theme.accent : control.isDown ? "#000000" : Theme.well
+        border.color: control.isOn ? color : Qt.tint(color, control.isHovered ? Theme.line3 : Theme.line2)
 
         Behavior on color { HoverFade {} }
 

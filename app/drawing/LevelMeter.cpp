@@ -58,7 +58,7 @@ void place(QSGRectangleNode& node, const QRectF& rectangle, const QColor& color)
 
 } // namespace
 
-LevelMeter::LevelMeter(QQuickItem* parent) : QQuickItem(parent) {
+LevelMeter::LevelMeter(QQuickItem* parent) : AssistedItem(parent) {
     setFlag(ItemHasContents);
     connect(this, &LevelMeter::lookChanged, this, &QQuickItem::update);
 }
@@ -91,11 +91,11 @@ void LevelMeter::setClock(LevelClock* clock) {
 void LevelMeter::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemVisibleHasChanged && data.boolValue)
         start();
-    QQuickItem::itemChange(change, data);
+    AssistedItem::itemChange(change, data);
 }
 
 void LevelMeter::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
-    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    AssistedItem::geometryChange(newGeometry, oldGeometry);
     update();
 }
 

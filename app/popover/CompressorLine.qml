@@ -62,6 +62,8 @@ Item {
         textFont: Theme.smallControl
         color: line.item.isCompressorAdvanced ? Theme.text1 : Theme.text2
         trailingSymbol: "chevron.up.chevron.down"
+        isExpandable: true
+        isExpanded: line.item.isCompressorAdvanced
         hint: RowValues.expansionHint(line.item.isCompressorAdvanced)
         onClicked: line.item.toggleCompressorAdvanced()
     }

@@ -28,6 +28,9 @@ Item {
         x: 108
         width: 190
         height: 14
+        // To the middle between it and its neighbours.
+        reachAbove: 1
+        reachBelow: 1
         anchors.verticalCenter: parent.verticalCenter
         isMini: true
         minimumValue: quantity.range.minimum

@@ -28,6 +28,8 @@ Item {
         label: header.item.equalizerLabel
         value: header.item.equalizerValue
         hint: header.item.equalizerHint
+        isExpandable: true
+        isExpanded: header.item.isEQExpanded
         onClicked: header.item.toggleEQ()
     }
     Row {
@@ -61,6 +63,9 @@ Item {
             isSmall: true
             text: "Presets"
             trailingSymbol: "chevron.up.chevron.down"
+            hasMenu: true
+            isExpandable: true
+            isExpanded: presets.visible
             Accessible.role: Accessible.ButtonMenu
             onClicked: presets.openFor(this)
 

@@ -22,7 +22,7 @@ Item {
         text: footer.mixer.muteAllText
         label: footer.mixer.muteAllLabel
         symbol: footer.mixer.muteAllSymbol
-        symbolColor: footer.mixer.isMasterMuted ? Theme.red : Theme.text2
+        symbolColor: footer.mixer.isMasterMuted ? Theme.legible(Theme.red, 0) : Theme.text2
         help: "⌘⇧M — Mute/unmute all audio"
         hint: "Keyboard shortcut: Command Shift M"
         onClicked: footer.mixer.toggleMuteAll()
@@ -35,7 +35,8 @@ Item {
         text: "Launch at Login"
         label: "Launch at login"
         symbol: footer.mixer.launchAtLoginSymbol
-        symbolColor: footer.mixer.launchesAtLogin ? Theme.accent : Theme.text2
+        symbolColor: footer.mixer.launchesAtLogin ? Theme.legible(Theme.accent, 0) : Theme.text2
+        Accessible.role: Accessible.CheckBox
         Accessible.checkable: true
         Accessible.checked: footer.mixer.launchesAtLogin
         onClicked: footer.mixer.toggleLaunchAtLogin()

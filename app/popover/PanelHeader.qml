@@ -41,6 +41,7 @@ Item {
         isLit: header.mixer.isAutoTapOn
         help: header.mixer.autoTapHelp
         hint: header.mixer.autoTapHint
+        Accessible.role: Accessible.CheckBox
         Accessible.checkable: true
         Accessible.checked: header.mixer.isAutoTapOn
         onClicked: header.mixer.toggleAutoTap()
@@ -53,7 +54,7 @@ Item {
         radius: height / 2
         hasPlane: true
         restColor: Theme.text1
-        symbolOpacity: hovered || visualFocus ? 1 : Theme.textOpacity(0.7)
+        symbolOpacity: isHovered || visualFocus ? 1 : Theme.textOpacity(0.7)
         label: "Switch theme"
         help: CurrentTheme.themeHelp
         onClicked: CurrentTheme.chooseNextTheme()

@@ -9,8 +9,6 @@ Item {
     required property AppItem item
 
     implicitHeight: 8
-    Accessible.role: Accessible.ProgressBar
-    Accessible.name: "Level of " + item.name
 
     component ScaleText: Text {
         anchors.verticalCenter: parent?.verticalCenter
@@ -42,6 +40,9 @@ Item {
         green: Theme.green
         yellow: Theme.yellow
         red: Theme.red
+        Accessible.role: Accessible.ProgressBar
+        Accessible.name: "Level of " + meter.item.name
+        Accessible.readOnly: true
     }
     ScaleText {
         x: 3

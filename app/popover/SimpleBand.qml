@@ -34,6 +34,9 @@ Item {
         y: 16
         width: parent.width
         height: 14
+        // Under it the balance begins, above it is a name.
+        reachAbove: 8
+        reachBelow: 2
         isMini: true
         isCentred: true
         minimumValue: -12

@@ -45,6 +45,9 @@ Item {
         symbolColor: Theme.legible(Theme.accent, 0)
         color: Theme.text1
         textFont: Theme.smallControl
+        // Up into the room above it, for below it is what quits.
+        reachAbove: 6
+        reachBelow: 0
         label: "Open Sound Command Center"
         help: "⌘⇧C — Open Sound Command Center"
         onClicked: bar.shell.openFromPanel("command-center")
@@ -54,12 +57,16 @@ Item {
         x: 16
         y: 20
         text: "About Orvanta"
+        reachAbove: 4
+        reachBelow: 2
         label: "About Orvanta"
         onClicked: bar.shell.openFromPanel("about")
     }
     CheckForUpdatesButton {
         x: (parent.width - width) / 2 + 5
         y: 20
+        reachAbove: 4
+        reachBelow: 2
         shell: bar.shell
     }
     PlainButton {
@@ -67,6 +74,9 @@ Item {
         x: 344 - width
         y: 20
         text: "Quit Orvanta"
+        // Down to the end of the window. What is above it must not quit when it is missed by a pixel.
+        reachAbove: 0
+        reachBelow: 2
         label: "Quit Orvanta"
         onClicked: bar.shell.quit()
     }

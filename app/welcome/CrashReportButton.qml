@@ -5,45 +5,45 @@ import Orvanta
 ButtonBase {
     id: button
 
+    readonly property bool isAwake: isHovered || visualFocus || CurrentTheme.isHighContrast
+
     objectName: "sendCrashReport"
     text: "Send Crash Report"
     implicitWidth: content.implicitWidth + 20
     implicitHeight: 24
 
-    contentItem: Item {
-        Row {
-            id: content
-
-            anchors.centerIn: parent
-            spacing: 5
-            opacity: button.hovered || button.visualFocus ? 1 : Theme.textOpacity(0.8)
-
-            SymbolGlyph {
-                anchors.verticalCenter: parent.verticalCenter
-                name: "envelope.badge.fill"
-                size: 14
-                color: button.hovered || button.visualFocus ? Theme.redText : Theme.red
-            }
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                text: button.text
-                color: button.hovered || button.visualFocus ? Theme.redText : Theme.red
-                horizontalAlignment: Text.AlignLeft
-                font: Theme.controlText
-                textFormat: Text.PlainText
-                Accessible.ignored: true
-            }
-        }
-    }
-
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: Theme.radius
-        color: Theme.withOpacity(Theme.red, button.down ? 0.06 : button.hovered ? 0.16 : 0.10)
+        color: Theme.withOpacity(Theme.red, button.isDown ? 0.06 : button.isHovered ? 0.16 : 0.10)
 
         FocusRing {
             control: parent
             radius: Theme.radius + 4
             isShown: button.visualFocus
+        }
+    }
+    Row {
+        id: content
+
+        anchors.centerIn: parent
+        spacing: 5
+        opacity: button.isAwake ? 1 : Theme.textOpacity(0.8)
+
+        SymbolGlyph {
+            anchors.verticalCenter: parent.verticalCenter
+            name: "envelope.badge.fill"
+            size: 14
+            color: button.isAwake ? Theme.redText : Theme.red
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: button.text
+            color: button.isAwake ? Theme.redText : Theme.red
+            horizontalAlignment: Text.AlignLeft
+            font: Theme.controlText
+            textFormat: Text.PlainText
+            Accessible.ignored: true
         }
     }
 }

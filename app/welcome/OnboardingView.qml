@@ -11,29 +11,44 @@ FocusScope {
 
     signal dismissed()
 
+    function placeOf(page: int): real {
+        return page * width;
+    }
+
+    /// Whether any of a page that begins there is. What is not is neither for the keyboard nor for
+    /// assistive tools.
+    function isInSight(start: real): bool {
+        return Math.abs(start) < width;
+    }
+
     implicitWidth: 460
     implicitHeight: 520
     clip: true
 
-    Row {
+    Item {
+        id: strip
+
         x: -view.currentPage * view.width
 
         Behavior on x { SpringMove {} }
 
         WelcomePage {
+            x: view.placeOf(0)
             width: view.width
             height: 440
-            enabled: view.currentPage === 0
+            visible: view.isInSight(x + strip.x)
         }
         HowItWorksPage {
+            x: view.placeOf(1)
             width: view.width
             height: 440
-            enabled: view.currentPage === 1
+            visible: view.isInSight(x + strip.x)
         }
         ReadyPage {
+            x: view.placeOf(2)
             width: view.width
             height: 440
-            enabled: view.currentPage === 2
+            visible: view.isInSight(x + strip.x)
         }
     }
     PageDots {

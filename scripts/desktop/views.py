@@ -1,6 +1,9 @@
 """The program's windows as an assistive tool finds them, and real presses on what is found."""
 
+from contextlib import contextmanager
+
 import pyatspi
+from gi.repository import GLib
 
 from session import wait_until
 
@@ -70,6 +73,20 @@ class Views:
         return node.getState().contains(pyatspi.STATE_CHECKED)
 
     @staticmethod
+    def is_enabled(node):
+        """Whether anything can be done to it."""
+        states = node.getState()
+        return states.contains(pyatspi.STATE_ENABLED) and states.contains(pyatspi.STATE_SENSITIVE)
+
+    @staticmethod
+    def is_expanded(node):
+        """Whether what it unfolds is; None for what unfolds nothing."""
+        states = node.getState()
+        if not states.contains(pyatspi.STATE_EXPANDABLE):
+            return None
+        return states.contains(pyatspi.STATE_EXPANDED)
+
+    @staticmethod
     def actions(node):
         """What can be done to it, but for giving it the keyboard."""
         try:
@@ -120,14 +137,32 @@ class Views:
         """A press of the mouse in the middle of it."""
         self.session.click(*self.middle(self.wait_until_still(title, name)))
 
-    def press(self, title, name):
-        """A press by the assistive tool itself. What it presses need not be in sight."""
+    def press(self, title, name, action="Press"):
+        """By the assistive tool itself. What it presses need not be in sight."""
         def find():
             return next((node for node in self.all(title) if node.name == name), None)
         node = wait_until(f"{title} has {name}", find)
         actions = node.queryAction()
         names = [actions.getName(index) for index in range(actions.nActions)]
-        actions.doAction(names.index("Press"))
+        actions.doAction(names.index(action))
+
+    @contextmanager
+    def heard(self, kind):
+        """Gives a function that says of what events of this kind have come since."""
+        names = []
+
+        def hear(event):
+            names.append(event.source.name)
+
+        def names_until_now():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return names
+        pyatspi.Registry.registerEventListener(hear, kind)
+        try:
+            yield names_until_now
+        finally:
+            pyatspi.Registry.deregisterEventListener(hear, kind)
 
     def focused(self, title):
         """What has the keyboard; None where nothing has."""

@@ -65,11 +65,17 @@ class AccessibilityTest(DesktopTest):
         self.views.wait_for(ABOUT, "Meridane")
         self.assert_everything_is_named(ABOUT, at_least=4)
 
-    def test_every_page_of_the_welcome_names_its_way_on(self):
+    def headings(self, title):
+        return [node.name for node in self.views.all(title)
+                if node.getRoleName() == "heading" and self.views.is_showing(node)]
+
+    def test_every_page_of_the_welcome_names_its_way_on_and_is_told_alone(self):
         self.launch(self.new_home())
+        titles = iter(("Welcome to Orvanta", "How It Works", "Ready to explore"))
         for way_on in ("Next", "Next", "Get Started"):
             self.views.wait_for(WELCOME, way_on, "push button")
             self.assert_everything_is_named(WELCOME, at_least=2)
+            self.assertEqual(self.headings(WELCOME), [next(titles)])
             self.views.click(WELCOME, way_on)
         self.wait_until_gone(WELCOME)
 
@@ -87,3 +93,80 @@ class AccessibilityTest(DesktopTest):
         slider.queryValue().currentValue = 1.5
         self.views.wait_for_value(PANEL, "Forgotten Isles volume", 1.5)
         self.views.wait_for_description(PANEL, "Forgotten Isles volume", "150 percent, boosted")
+
+    def tap(self):
+        self.views.click(PANEL, "Tap Forgotten Isles audio")
+        self.views.wait_for(PANEL, "Forgotten Isles volume", "slider")
+
+    def test_everything_is_told_as_what_it_is(self):
+        self.launch_settled()
+        self.tap()
+        for name, role in (("Noise gate for Forgotten Isles", "check box"),
+                           ("Auto-tap", "check box"),
+                           ("Launch at login", "check box"),
+                           ("Mute Forgotten Isles", "push button"),
+                           ("Level of Forgotten Isles", "progress bar"),
+                           ("Master volume", "slider"),
+                           ("Playing", "heading")):
+            with self.subTest(name=name):
+                self.views.wait_for(PANEL, name, role)
+
+    def test_a_switch_is_toggled_by_an_assistive_tool(self):
+        self.launch_settled()
+        self.tap()
+        gate = "Noise gate for Forgotten Isles"
+
+        def is_on():
+            return self.views.is_checked(self.views.wait_for(PANEL, gate, "check box"))
+        self.assertFalse(is_on())
+        self.views.press(PANEL, gate, "Toggle")
+        wait_until("it is on", is_on)
+        self.views.press(PANEL, gate, "Press")
+        wait_until("it is off", lambda: not is_on())
+
+    def test_what_unfolds_says_whether_it_has(self):
+        self.launch_settled()
+        self.tap()
+
+        def is_expanded(name):
+            return self.views.is_expanded(self.views.wait_for(PANEL, name))
+        self.assertIsNone(is_expanded("Mute Forgotten Isles"))
+        for name in ("Equalizer for Forgotten Isles", "Output device for Forgotten Isles"):
+            with self.subTest(name=name):
+                self.assertIs(is_expanded(name), False)
+                self.views.press(PANEL, name)
+                wait_until(f"{name} is unfolded", lambda: is_expanded(name))
+        self.views.wait_for(PANEL, "Tide Buds", "menu item")
+        self.session.xdotool("key", "Escape")
+        wait_until("the menu is closed",
+                   lambda: is_expanded("Output device for Forgotten Isles") is False)
+
+    def test_what_is_off_is_told_as_such(self):
+        self.launch_settled()
+        # This build knows no place to look for updates.
+        self.assertFalse(self.views.is_enabled(self.views.wait_for(PANEL, "Check for updates")))
+        self.assertTrue(self.views.is_enabled(self.views.wait_for(PANEL, "About Orvanta")))
+
+    def test_the_theme_is_one_of_two(self):
+        self.launch_settled()
+        self.views.click(PANEL, "About Orvanta")
+
+        def chosen():
+            return [name for name in ("Classic", "Meridane") if self.views.is_checked(
+                self.views.wait_for(ABOUT, name, "radio button"))]
+        self.assertEqual(chosen(), ["Classic"])
+        self.views.press(ABOUT, "Meridane")
+        wait_until("the other one is chosen", lambda: chosen() == ["Meridane"])
+
+    def test_a_slider_tells_of_its_value_and_a_meter_only_answers(self):
+        self.launch_settled()
+        self.tap()
+        with self.views.heard("object:property-change:accessible-value") as names:
+            wait_until("there is a level", lambda: self.views.value(
+                self.views.wait_for(PANEL, "Level of Forgotten Isles", "progress bar")) > 0.01)
+            level = self.views.value(self.views.wait_for(PANEL, "Level of Forgotten Isles"))
+            wait_until("the level moves", lambda: self.views.value(
+                self.views.wait_for(PANEL, "Level of Forgotten Isles")) != level)
+            self.views.press(PANEL, "Forgotten Isles volume", "Decrease")
+            wait_until("the volume is told", lambda: "Forgotten Isles volume" in names())
+            self.assertNotIn("Level of Forgotten Isles", names())

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <algorithm>
 #include <map>
 
@@ -39,7 +41,7 @@ protected:
     }
 
     [[nodiscard]] static bool canBeUsed(QQuickItem& item) {
-        return item.activeFocusOnTab() || item.inherits("QQuickAbstractButton") ||
+        return item.activeFocusOnTab() || item.inherits("orvanta::AssistedItem") ||
                item.property("stepSize").isValid();
     }
 
@@ -227,6 +229,26 @@ TEST_F(Assistance, BacktabGoesTheOtherWay) {
     auto expected = namesOf(inReadingOrder());
     std::ranges::reverse(expected);
     EXPECT_EQ(tabbed(Qt::Key_Backtab, *inReadingOrder().back()), expected);
+}
+
+TEST_F(Assistance, AKeyThatIsHeldGoesOnByTabAndPressesOnce) {
+    showTapped(10, "Vinyl");
+    const auto repeat = [this](Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(window, &event);
+        settleView();
+    };
+    the("Auto-tap").forceActiveFocus(Qt::TabFocusReason);
+    repeat(Qt::Key_Tab);
+    repeat(Qt::Key_Tab);
+    EXPECT_EQ(nameOf(*window->activeFocusItem()), "Master volume");
+    the("Mute Vinyl").forceActiveFocus(Qt::TabFocusReason);
+    key(Qt::Key_Return);
+    EXPECT_TRUE(model->isMuted(10));
+    repeat(Qt::Key_Return);
+    repeat(Qt::Key_Return);
+    repeat(Qt::Key_Return);
+    EXPECT_TRUE(model->isMuted(10));
 }
 
 TEST_F(Assistance, TabKeepsToTheReadingOrderWhenRowsHaveMoved) {

@@ -94,6 +94,66 @@ Item {
             compare(stage.clicks, 1);
         }
 
+        function test_is_pressed_by_each_press_of_a_quick_pair_data() {
+            return all_data();
+        }
+
+        function test_is_pressed_by_each_press_of_a_quick_pair(data) {
+            mouseDoubleClickSequence(data.button);
+            compare(stage.clicks, 2);
+        }
+
+        function test_looks_pressed_while_it_is_held_data() {
+            return all_data();
+        }
+
+        function test_looks_pressed_while_it_is_held(data) {
+            verify(!data.button.isDown);
+            mousePress(data.button);
+            verify(data.button.isDown);
+            mouseMove(data.button, 300, 0);
+            verify(!data.button.isDown);
+            mouseMove(data.button, 1, 1);
+            verify(data.button.isDown);
+            mouseRelease(data.button, 1, 1);
+            verify(!data.button.isDown);
+            compare(stage.clicks, 1);
+        }
+
+        function test_acts_when_space_is_let_go_of_data() {
+            return all_data();
+        }
+
+        function test_acts_when_space_is_let_go_of(data) {
+            data.button.forceActiveFocus();
+            keyPress(Qt.Key_Space);
+            verify(data.button.isDown);
+            compare(stage.clicks, 0);
+            keyRelease(Qt.Key_Space);
+            verify(!data.button.isDown);
+            compare(stage.clicks, 1);
+        }
+
+        function test_forgets_space_when_the_keyboard_goes_elsewhere() {
+            push.forceActiveFocus();
+            keyPress(Qt.Key_Space);
+            icon.forceActiveFocus();
+            verify(!push.isDown);
+            keyRelease(Qt.Key_Space);
+            compare(stage.clicks, 0);
+        }
+
+        function test_knows_when_the_pointer_is_over_it_data() {
+            return all_data();
+        }
+
+        function test_knows_when_the_pointer_is_over_it(data) {
+            mouseMove(data.button);
+            verify(data.button.isHovered);
+            mouseMove(stage, 399, 299);
+            verify(!data.button.isHovered);
+        }
+
         function test_is_let_go_of_outside_without_effect_data() {
             return all_data();
         }
@@ -156,12 +216,16 @@ Item {
         }
 
         function test_is_no_smaller_than_it_can_be_aimed_at_data() {
-            return [{ tag: "push", button: push }, { tag: "icon", button: icon }, { tag: "primary", button: primary }];
+            return all_data();
         }
 
         function test_is_no_smaller_than_it_can_be_aimed_at(data) {
-            verify(data.button.width >= 24);
-            verify(data.button.height >= 24);
+            const button = data.button;
+            const x = button.width / 2;
+            const y = button.height / 2;
+            for (const [dx, dy] of [[-11, 0], [11, 0], [0, -11], [0, 11]])
+                mouseClick(button, x + dx, y + dy);
+            compare(stage.clicks, 4);
         }
 
         function test_says_value_and_hint_together() {
