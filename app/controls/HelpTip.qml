@@ -16,7 +16,8 @@ T.ToolTip {
     padding: 6
     leftPadding: 8
     rightPadding: 8
-    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+    implicitWidth: Math.min(contentItem.implicitWidth + leftPadding + rightPadding,
+                            (T.Overlay.overlay?.width ?? Infinity) - 2 * margins)
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     closePolicy: T.Popup.NoAutoClose
 

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Orvanta
 
-/// A menu over the window it belongs to. As wide as its longest entry, and scrolls when it is higher
-/// than the window.
+/// A menu over the window it belongs to. As wide as its longest entry, but no wider than the window,
+/// and scrolls when it is higher.
 T.Menu {
     id: menu
 
@@ -11,7 +11,8 @@ T.Menu {
 
     padding: 5
     margins: 6
-    implicitWidth: Math.max(widest, 120) + leftPadding + rightPadding
+    implicitWidth: Math.min(Math.max(widest, 120) + leftPadding + rightPadding,
+                            (T.Overlay.overlay?.width ?? Infinity) - 2 * margins)
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside

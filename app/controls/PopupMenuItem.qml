@@ -13,15 +13,21 @@ T.MenuItem {
 
     readonly property int entryHeight: 26
 
-    implicitWidth: row.implicitWidth + 14
+    implicitWidth: name.x + name.implicitWidth + 14
     implicitHeight: entryHeight + headingText.height
     hoverEnabled: true
+    opacity: enabled ? 1 : Theme.disabled
 
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: isChosen
     Accessible.onPressAction: { triggered(); menu.dismiss(); }
+
+    HelpTip {
+        text: entry.text
+        isAsked: entry.hovered && name.truncated
+    }
 
     onImplicitWidthChanged: {
         if (menu)
@@ -72,10 +78,14 @@ T.MenuItem {
                 Accessible.ignored: true
             }
             Text {
+                id: name
+
+                width: entry.width - x - 14
                 height: parent.height
                 verticalAlignment: Text.AlignVCenter
                 text: entry.text
                 color: Theme.text1
+                elide: Text.ElideRight
                 horizontalAlignment: Text.AlignLeft
                 font: Theme.body
                 textFormat: Text.PlainText

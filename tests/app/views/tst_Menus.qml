@@ -71,6 +71,7 @@ Item {
         }
 
         function openByKey() {
+            stage.forceActiveFocus();
             button.forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Space);
             tryCompare(menu, "opened", true);
@@ -141,6 +142,43 @@ Item {
             tryCompare(menu, "visible", false);
             compare(stage.triggered, []);
             verify(button.activeFocus);
+        }
+
+        function test_shows_the_ring_again_where_it_was_opened_by_key() {
+            openByKey();
+            keyClick(Qt.Key_Escape);
+            tryCompare(menu, "visible", false);
+            verify(button.visualFocus);
+            open();
+            keyClick(Qt.Key_Escape);
+            tryCompare(menu, "visible", false);
+            verify(button.activeFocus);
+            verify(!button.visualFocus);
+        }
+
+        function test_says_whether_it_is_open() {
+            verify(button.hasMenu);
+            verify(!button.isExpanded);
+            open();
+            verify(button.isExpanded);
+        }
+
+        function test_is_no_wider_than_its_window() {
+            devices.append({ name: "A Television With A Really Long Name In It ".repeat(4) });
+            open();
+            verify(menu.width <= stage.width);
+            const start = menu.contentItem.mapToItem(stage, 0, 0);
+            verify(start.x >= 0);
+        }
+
+        function test_does_nothing_by_an_entry_that_is_off() {
+            open();
+            const entry = itemOf("Television");
+            tryVerify(() => entry.y > 0);
+            entry.enabled = false;
+            mouseClick(entry);
+            compare(stage.triggered, []);
+            entry.enabled = true;
         }
 
         function test_closes_when_the_mouse_is_pressed_elsewhere() {
