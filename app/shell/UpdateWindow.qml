@@ -9,7 +9,8 @@ SmallWindow {
 
     title: "Software Update"
     width: 400
-    height: 168
+    // As high as its words ask for, within reason: a reason why something failed can be long.
+    height: words.y + words.height + 52
 
     Label {
         x: 24
@@ -18,15 +19,15 @@ SmallWindow {
         font: Theme.header
         Accessible.role: Accessible.Heading
     }
-    Label {
+    ScrolledText {
+        id: words
+
+        objectName: "words"
         x: 24
         y: 52
-        width: parent.width - 48
-        height: 64
+        width: parent.width - 40
+        height: Math.min(Math.max(textHeight, 64), 240)
         text: window.updates.sentence
-        color: Theme.text2
-        font: Theme.detail
-        wrapMode: Text.Wrap
     }
     Row {
         x: parent.width - width - 24
