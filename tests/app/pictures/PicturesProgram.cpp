@@ -156,9 +156,12 @@ void fillFive(ViewRig& rig) {
     itemOf(rig, 10).toggleEQ();
 }
 
-void takePanel(Pictures& pictures, ThemeChoice theme, const std::string& name) {
+void takePanel(Pictures& pictures, ThemeChoice theme, const std::string& name,
+               bool isHighContrast = false) {
     ViewRig rig;
     rig.themes.choice.set(theme);
+    rig.theme.setLook(
+        {.isHighContrast = isHighContrast, .isMotionReduced = true, .hasCompositor = true});
     fillFive(rig);
     pictures.take(rig, name, kPanel);
 }
@@ -301,6 +304,8 @@ int run(const std::string& folder) {
     Pictures pictures(folder);
     takePanel(pictures, ThemeChoice::classic, "panel");
     takePanel(pictures, ThemeChoice::meridane, "panel-meridane");
+    takePanel(pictures, ThemeChoice::classic, "panel-contrast", true);
+    takePanel(pictures, ThemeChoice::meridane, "panel-contrast-meridane", true);
     takeTenBand(pictures);
     takeRecording(pictures);
     takeList(pictures);
