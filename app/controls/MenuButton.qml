@@ -6,20 +6,27 @@ ButtonBase {
     id: button
 
     property bool isSmall: false
-    required property PopupMenu menu
+    required property Component menu
+    /// Once it has been opened.
+    readonly property PopupMenu openedMenu: lazy.made
 
     implicitHeight: isSmall ? 20 : 22
     help: name.truncated ? text : ""
     hasMenu: true
     isExpandable: true
-    isExpanded: menu.visible
+    isExpanded: lazy.isOpen
     Accessible.role: Accessible.ButtonMenu
-    onClicked: menu.openFor(button)
+    onClicked: lazy.openFor(button)
 
+    LazyMenu {
+        id: lazy
+
+        menu: button.menu
+    }
     ControlPlane {
         anchors.fill: parent
         radius: button.isSmall ? Theme.radiusSmall : Theme.radius
-        isHovered: button.isHovered || button.menu.visible
+        isHovered: button.isHovered || lazy.isOpen
         isPressed: button.isDown
 
         FocusRing {

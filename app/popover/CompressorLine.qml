@@ -35,11 +35,7 @@ Item {
         text: line.item.compressorPreset
         label: line.item.compressorLabel
         value: line.item.compressorPreset
-        menu: presets
-
-        PopupMenu {
-            id: presets
-
+        menu: PopupMenu {
             Repeater {
                 model: RowValues.compressorPresets
 

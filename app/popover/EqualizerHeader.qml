@@ -65,14 +65,16 @@ Item {
             trailingSymbol: "chevron.up.chevron.down"
             hasMenu: true
             isExpandable: true
-            isExpanded: presets.visible
+            isExpanded: presets.isOpen
             Accessible.role: Accessible.ButtonMenu
             onClicked: presets.openFor(this)
 
-            EqualizerPresets {
+            LazyMenu {
                 id: presets
 
-                item: header.item
+                menu: EqualizerPresets {
+                    item: header.item
+                }
             }
         }
     }

@@ -34,11 +34,7 @@ Item {
         text: line.outputName
         label: line.item.outputLabel
         value: line.outputName
-        menu: outputMenu
-
-        PopupMenu {
-            id: outputMenu
-
+        menu: PopupMenu {
             PopupMenuItem {
                 text: "System Default"
                 isChosen: line.item.outputUID === ""

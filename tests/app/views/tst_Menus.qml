@@ -10,6 +10,7 @@ Item {
 
     property string chosen: "Speakers"
     property var triggered: []
+    readonly property PopupMenu menu: button.openedMenu
 
     ListModel {
         id: devices
@@ -23,11 +24,7 @@ Item {
         text: stage.chosen
         label: "Output"
         value: stage.chosen
-        menu: menu
-
-        PopupMenu {
-            id: menu
-
+        menu: PopupMenu {
             PopupMenuItem {
                 text: "System Default"
                 isChosen: stage.chosen === text
@@ -61,13 +58,13 @@ Item {
         }
 
         function cleanup() {
-            menu.close();
-            tryCompare(menu, "visible", false);
+            menu?.close();
+            tryCompare(button, "isExpanded", false);
         }
 
         function open() {
             mouseClick(button);
-            tryCompare(menu, "opened", true);
+            tryCompare(stage.menu, "opened", true);
         }
 
         function openByKey() {
