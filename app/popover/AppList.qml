@@ -20,6 +20,8 @@ Item {
         clip: true
         model: place.mixer.apps
         boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.List
+        Accessible.name: "Applications"
         cacheBuffer: 200
         reuseItems: true
         section.property: "section"

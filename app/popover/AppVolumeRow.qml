@@ -13,6 +13,8 @@ Item {
 
     implicitHeight: card.y + card.height
     opacity: item.isRecentlyActive ? 0.85 : 1
+    Accessible.role: Accessible.ListItem
+    Accessible.name: item.name
 
     /// Only its own unfolding is to be seen: a row that is used again for another application has
     /// that one's height at once.

@@ -107,7 +107,9 @@ class AccessibilityTest(DesktopTest):
                            ("Mute Forgotten Isles", "push button"),
                            ("Level of Forgotten Isles", "progress bar"),
                            ("Master volume", "slider"),
-                           ("Playing", "heading")):
+                           ("Playing", "heading"),
+                           ("Applications", "list"),
+                           ("Forgotten Isles", "list item")):
             with self.subTest(name=name):
                 self.views.wait_for(PANEL, name, role)
 

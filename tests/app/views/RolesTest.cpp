@@ -132,6 +132,20 @@ TEST_F(Roles, TheThemesAreRadioButtonsInAGroupOfTheirName) {
     EXPECT_EQ(interfaceOf(the("Classic")).parent(), seen(QAccessible::Grouping, "Theme"));
 }
 
+TEST_F(Roles, TheApplicationsAreAListWhoseItemsHaveTheirControls) {
+    listAndTap(10, "Vinyl");
+    listAndTap(11, "Telly");
+    showPanel();
+    const QAccessibleInterface* const apps = seen(QAccessible::List, "Applications");
+    ASSERT_NE(apps, nullptr);
+    for (const char* const name : {"Vinyl", "Telly"}) {
+        const QAccessibleInterface* const row = seen(QAccessible::ListItem, name);
+        ASSERT_NE(row, nullptr) << name;
+        EXPECT_EQ(row->parent(), apps) << name;
+        EXPECT_EQ(interfaceOf(the(QString("Mute ") + name)).parent(), row) << name;
+    }
+}
+
 TEST_F(Roles, WhatIsOffIsToldAsSuchAndCannotBePressed) {
     showPanel();
     const QString updates = "Check for updates";
