@@ -7,6 +7,10 @@ Item {
 
     required property MixerBridge mixer
 
+    // Not the view itself, which has the keyboard together with the control that has it.
+    Accessible.role: Accessible.List
+    Accessible.name: "Applications"
+
     // Not this file's root: a root has its own `section`, which the toolkit would take for that of a
     // header when a row changes its section in place.
     ListView {
@@ -20,8 +24,6 @@ Item {
         clip: true
         model: place.mixer.apps
         boundsBehavior: Flickable.StopAtBounds
-        Accessible.role: Accessible.List
-        Accessible.name: "Applications"
         cacheBuffer: 200
         reuseItems: true
         section.property: "section"

@@ -138,6 +138,12 @@ TEST_F(Roles, TheApplicationsAreAListWhoseItemsHaveTheirControls) {
     showPanel();
     const QAccessibleInterface* const apps = seen(QAccessible::List, "Applications");
     ASSERT_NE(apps, nullptr);
+    the("Mute Vinyl").forceActiveFocus(Qt::TabFocusReason);
+    const auto all = seenByTools();
+    EXPECT_EQ(
+        std::ranges::count_if(
+            all, [](const QAccessibleInterface* interface) { return interface->state().focused; }),
+        1);
     for (const char* const name : {"Vinyl", "Telly"}) {
         const QAccessibleInterface* const row = seen(QAccessible::ListItem, name);
         ASSERT_NE(row, nullptr) << name;
