@@ -129,8 +129,10 @@ QAccessible::State AssistedInterface::state() const {
     state.disabled = !item().isEnabled();
     state.focusable = item().activeFocusOnTab() || word("focusable").toBool();
     state.focused = item().hasActiveFocus();
-    state.checkable = word("checkable").toBool();
-    state.checked = word("checked").toBool();
+    const QVariant isChosen = item().property("isChosen");
+    // The toolkit overwrites what a menu's entry has said of it as soon as a tool listens.
+    state.checkable = isChosen.isValid() || word("checkable").toBool();
+    state.checked = isChosen.isValid() ? isChosen.toBool() : word("checked").toBool();
     state.readOnly = word("readOnly").toBool();
     if (const auto* const assisted = qobject_cast<AssistedItem*>(object())) {
         state.hasPopup = assisted->hasMenu();

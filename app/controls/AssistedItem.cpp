@@ -17,18 +17,23 @@ void tellState(QObject& item, const QAccessible::State& changed) {
 
 AssistedItem::AssistedItem(QQuickItem* parent) : QQuickItem(parent) {
     AssistedInterface::install();
-    connect(this, &QQuickItem::activeFocusChanged, this, &AssistedItem::updateVisualFocus);
-    connect(this, &QQuickItem::enabledChanged, this, [this] {
-        QAccessible::State changed;
-        changed.disabled = true;
-        tellState(*this, changed);
-    });
     connect(this, &AssistedItem::expansionChanged, this, [this] {
         QAccessible::State changed;
         changed.expanded = true;
         changed.collapsed = true;
         tellState(*this, changed);
     });
+}
+
+void AssistedItem::itemChange(ItemChange change, const ItemChangeData& data) {
+    if (change == ItemActiveFocusHasChanged)
+        updateVisualFocus();
+    if (change == ItemEnabledHasChanged) {
+        QAccessible::State changed;
+        changed.disabled = true;
+        tellState(*this, changed);
+    }
+    QQuickItem::itemChange(change, data);
 }
 
 void AssistedItem::takeKeyboardByMouse() {

@@ -40,6 +40,7 @@ Q_SIGNALS:
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
 
 private:
     void updateVisualFocus();

@@ -17,7 +17,7 @@ SliderBase {
         width: 2
         height: parent.height
         radius: 1
-        color: "#000000"
+        color: Theme.black(1)
         border.width: 0
 
         Rectangle {
@@ -36,8 +36,8 @@ SliderBase {
         height: 7
         radius: 3.5
         gradient: Gradient {
-            GradientStop { position: 0; color: fader.isFlat ? "#B9BDC7" : "#FFFFFF" }
-            GradientStop { position: 1; color: fader.isFlat ? "#7C818D" : "#B9BDC7" }
+            GradientStop { position: 0; color: fader.isFlat ? Theme.capBottom : Theme.capTop }
+            GradientStop { position: 1; color: fader.isFlat ? Theme.capFlat : Theme.capBottom }
         }
 
         Rectangle {

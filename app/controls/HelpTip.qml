@@ -9,13 +9,15 @@ Loader {
 
     property string text: ""
     property bool isAsked: false
+    property int delay: 700
 
     active: isAsked && text !== ""
     sourceComponent: T.ToolTip {
         id: tip
 
         parent: help.parent
-        delay: 700
+        text: help.text
+        delay: help.delay
         visible: help.isAsked
         x: parent ? Math.round((parent.width - width) / 2) : 0
         y: -height - 6
@@ -29,7 +31,7 @@ Loader {
         closePolicy: T.Popup.NoAutoClose
 
         contentItem: Text {
-            text: help.text
+            text: tip.text
             color: Theme.text1
             horizontalAlignment: Text.AlignLeft
             font: Theme.smallControl

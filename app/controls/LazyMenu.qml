@@ -4,8 +4,6 @@ import Orvanta
 /// A menu that is made when it opens for the first time: a list of many rows has several for each,
 /// and hardly any of them ever opens.
 QtObject {
-    id: lazy
-
     required property Component menu
     property PopupMenu made: null
     readonly property bool isOpen: made?.visible ?? false

@@ -11,7 +11,7 @@ ButtonBase {
     readonly property PopupMenu openedMenu: lazy.made
 
     implicitHeight: isSmall ? 20 : 22
-    help: name.truncated ? text : ""
+    help: name.truncated && !isExpanded ? text : ""
     hasMenu: true
     isExpandable: true
     isExpanded: lazy.isOpen

@@ -17,8 +17,8 @@ ButtonBase {
         anchors.fill: parent
         radius: Theme.radiusPrimary
         opacity: button.enabled ? 1 : Theme.disabled
-        color: button.isDown ? Theme.mix(Theme.accent, "#000000", 0.15)
-                             : button.isHovered ? Theme.mix(Theme.accent, "#FFFFFF", 0.15) : Theme.accent
+        color: button.isDown ? Theme.mix(Theme.accent, Theme.black(1), 0.15)
+                             : button.isHovered ? Theme.mix(Theme.accent, Theme.white(1), 0.15) : Theme.accent
 
         Rectangle {
             x: Theme.radiusPrimary

@@ -15,10 +15,12 @@ AssistedItem {
     readonly property alias flickable: view
 
     function scroll(by: real) {
-        view.contentY = Math.min(Math.max(view.contentY + by, 0), view.contentHeight - view.height);
+        view.contentY = Math.max(0, Math.min(view.contentY + by, view.contentHeight - view.height));
     }
 
     activeFocusOnTab: isScrolled
+    // Other words begin at their beginning.
+    onTextChanged: view.contentY = 0
 
     Keys.onUpPressed: scroll(-16)
     Keys.onDownPressed: scroll(16)

@@ -49,9 +49,9 @@ Item {
         anchors.fill: parent
         radius: cap.isMini ? 3 : Theme.radiusCap
         gradient: Gradient {
-            GradientStop { position: 0; color: "#FFFFFF" }
-            GradientStop { position: 0.45; color: "#E9EBEF" }
-            GradientStop { position: 1; color: "#B9BDC7" }
+            GradientStop { position: 0; color: Theme.capTop }
+            GradientStop { position: 0.45; color: Theme.capWaist }
+            GradientStop { position: 1; color: Theme.capBottom }
         }
 
         Rectangle {

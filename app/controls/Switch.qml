@@ -16,7 +16,7 @@ ButtonBase {
     Rectangle {
         anchors.fill: parent
         radius: height / 2
-        color: control.isOn ? Theme.accent : control.isDown ? "#000000" : Theme.well
+        color: control.isOn ? Theme.accent : control.isDown ? Theme.black(1) : Theme.well
         border.color: control.isOn ? color : Qt.tint(color, control.isHovered ? Theme.line3 : Theme.line2)
 
         Behavior on color { HoverFade {} }
@@ -27,7 +27,7 @@ ButtonBase {
             width: 12
             height: 12
             radius: 6
-            color: control.isOn ? "#FFFFFF" : Theme.text2
+            color: control.isOn ? Theme.white(1) : Theme.text2
 
             Behavior on x { HoverMove {} }
         }

@@ -16,7 +16,7 @@ Rectangle {
     gradient: Gradient {
         GradientStop { position: 0; color: Theme.headerTop }
         GradientStop { position: plane.fade; color: Theme.pane }
-        GradientStop { position: (plane.height - plane.footerHeight - 0.5) / plane.height; color: plane.footerHeight > 0 ? "#121318" : Theme.window }
+        GradientStop { position: (plane.height - plane.footerHeight - 0.5) / plane.height; color: plane.footerHeight > 0 ? Theme.footer : Theme.window }
         GradientStop { position: (plane.height - plane.footerHeight) / plane.height; color: plane.footerHeight > 0 ? Theme.status : Theme.window }
         GradientStop { position: 1; color: plane.footerHeight > 0 ? Theme.status : Theme.window }
     }

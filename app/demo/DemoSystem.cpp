@@ -36,4 +36,11 @@ DemoSystem::DemoSystem(RunLoop& mainRunLoop, const std::filesystem::path& iconFo
             std::make_shared<demo::DemoIcon>(program.bundleIdentifier, program.tile, iconFolder));
 }
 
+std::unique_ptr<DemoSystem> DemoSystem::started(RunLoop& mainRunLoop,
+                                                const std::filesystem::path& home) {
+    auto system = std::make_unique<DemoSystem>(mainRunLoop, home / "icons");
+    system->startClock();
+    return system;
+}
+
 } // namespace orvanta

@@ -7,6 +7,7 @@
 #include "platform/embedded/EmbeddedWorkspace.h"
 
 #include <filesystem>
+#include <memory>
 
 namespace orvanta {
 
@@ -19,6 +20,10 @@ public:
     /// `iconFolder`, which must last as long. Throws std::runtime_error where they cannot be. Main
     /// thread, with a QGuiApplication.
     DemoSystem(RunLoop& mainRunLoop, const std::filesystem::path& iconFolder);
+
+    /// One that plays, and keeps what it needs below `home`.
+    [[nodiscard]] static std::unique_ptr<DemoSystem> started(RunLoop& mainRunLoop,
+                                                             const std::filesystem::path& home);
 
     /// From now on the devices play in real time.
     void startClock() { server_.startClock(); }

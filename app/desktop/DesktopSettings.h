@@ -18,7 +18,7 @@ public:
     /// `changed` is called at once, and then whenever the look has become another.
     DesktopSettings(QDBusConnection sessionBus, std::function<void(const DesktopLook&)> changed);
 
-    /// Of a compositor that has come or gone no message tells: to be called when windows show.
+    /// Of a compositor that has come or gone no message tells: to be called when the panel shows.
     void lookForCompositor();
 
 private:

@@ -8,10 +8,9 @@ namespace orvanta {
 namespace {
 
 void tell(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
-    if (type != QtFatalMsg) {
-        std::fprintf(stderr, "%s\n", qPrintable(text));
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+    if (type != QtFatalMsg)
         return;
-    }
     std::fputs("Orvanta: the desktop does not answer (DISPLAY and WAYLAND_DISPLAY say where it "
                "should be).\n",
                stderr);

@@ -91,6 +91,9 @@ void LevelMeter::setClock(LevelClock* clock) {
 void LevelMeter::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemVisibleHasChanged && data.boolValue)
         start();
+    // What was on a pixel of one screen is between two of another.
+    if (change == ItemDevicePixelRatioHasChanged)
+        update();
     AssistedItem::itemChange(change, data);
 }
 

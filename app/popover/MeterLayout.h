@@ -5,8 +5,8 @@
 
 namespace orvanta {
 
-/// Where the parts of a row's meter lie along it. In logical pixels, every bound on a pixel of the
-/// screen: a bound between two pixels is a smear.
+/// Where the parts of a row's meter lie along it. In logical pixels, every bound a whole number
+/// of the screen's pixels from the meter's left edge: a bound between two pixels is a smear.
 struct MeterLayout {
     /// A fill is flat colours, which come out of the dark in steps too small to see.
     static constexpr std::size_t stepCount = 12;

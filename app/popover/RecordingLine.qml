@@ -38,7 +38,7 @@ Item {
         Text {
             anchors.centerIn: parent
             text: "REC"
-            color: "#FFFFFF"
+            color: Theme.white(1)
             horizontalAlignment: Text.AlignLeft
             font: Theme.badge
             Accessible.role: Accessible.StaticText

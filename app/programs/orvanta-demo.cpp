@@ -8,9 +8,7 @@ int runDemo(int argc, char** argv) {
     return runProgram(
         argc, argv, &ProgramIdentity::ofDemo,
         [](const ProgramIdentity& identity, RunLoop& mainRunLoop, SystemLog& /*log*/) {
-            auto system = std::make_unique<DemoSystem>(mainRunLoop, identity.home / "icons");
-            system->startClock();
-            return system;
+            return DemoSystem::started(mainRunLoop, identity.home);
         });
 }
 

@@ -23,6 +23,15 @@ QtObject {
     readonly property color headerTop: mix("#181A1F", accent, 0.07)
     readonly property color status: "#0D0E12"
 
+    /// Behind the panel's footer, above the status bar.
+    readonly property color footer: "#121318"
+
+    // What the hand moves, from its lit top down. A fader of the equaliser that does nothing is grey.
+    readonly property color capTop: "#FFFFFF"
+    readonly property color capWaist: "#E9EBEF"
+    readonly property color capBottom: "#B9BDC7"
+    readonly property color capFlat: "#7C818D"
+
     // Lines.
     readonly property color line1: white(CurrentTheme.isHighContrast ? 0.28 : 0.06)
     readonly property color line2: white(CurrentTheme.isHighContrast ? 0.45 : 0.10)

@@ -18,6 +18,7 @@ here = Path(__file__).resolve()
 sys.path[:0] = [str(here.parent), str(here.parents[2] / "tests/desktop")]
 import session as desktop
 from support.audio_server import RATE, AudioServer
+from support.program import memory_of
 
 PANEL = "Orvanta"
 SECONDS = 10.0
@@ -35,13 +36,6 @@ def share_of_a_core(pid):
     before, start = processor_seconds(pid), time.monotonic()
     time.sleep(SECONDS)
     return 100 * (processor_seconds(pid) - before) / (time.monotonic() - start)
-
-
-def memory(pid):
-    for line in Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines():
-        if line.startswith("Pss:"):
-            return int(line.split()[1]) / 1024
-    return 0.0
 
 
 def time_to_panel(session, program):
@@ -91,7 +85,7 @@ def measure_players(session, program):
     process, views = open_panel(session, program)
 
     def tell(what):
-        print(f"{what}: {share_of_a_core(process.pid):.1f} % of a core, {memory(process.pid):.0f} MB")
+        print(f"{what}: {share_of_a_core(process.pid):.1f} % of a core, {memory_of(process.pid):.0f} MB")
 
     views.wait_for(PANEL, f"{PLAYERS} playing")
     tell("panel open, sixteen play, nothing tapped")

@@ -33,9 +33,7 @@ std::unique_ptr<SoundSystem> makeDemoSystem(const ProgramIdentity& identity, Run
                                             SystemLog& /*log*/) {
     // Once there is a toolkit, and before it is asked for anything.
     trustOnly(fromEnvironment("ORVANTA_TEST_CERTIFICATE"));
-    auto system = std::make_unique<DemoSystem>(mainRunLoop, identity.home / "icons");
-    system->startClock();
-    return system;
+    return DemoSystem::started(mainRunLoop, identity.home);
 }
 
 } // namespace

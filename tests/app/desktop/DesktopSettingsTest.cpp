@@ -68,6 +68,13 @@ protected:
             *ours_, [this](const DesktopLook& look) { looks_.push_back(look); });
     }
 
+    /// From now on the bus hands over what the portal tells: it has handed over the questions,
+    /// which were asked after that was ordered.
+    void readFrom(const FakeSettingsPortal& portal) {
+        read();
+        EXPECT_TRUE(eventuallyInEventLoop(kPatience, [&] { return portal.questions == 2; }));
+    }
+
     [[nodiscard]] bool becomes(const DesktopLook& look) {
         return eventuallyInEventLoop(kPatience, [&] { return looks_.back() == look; });
     }
@@ -94,15 +101,14 @@ TEST_F(ADesktopsSettings, AreReadAtTheStart) {
 
 TEST_F(ADesktopsSettings, AreAskedOnceAndLeftAloneWhereTheyAreNotKnown) {
     FakeSettingsPortal portal(bus_);
-    read();
-    EXPECT_TRUE(eventuallyInEventLoop(kPatience, [&] { return portal.questions == 2; }));
+    readFrom(portal);
     EXPECT_TRUE(eventLoopComesToRest());
     EXPECT_EQ(looks_, std::vector{DesktopLook{}});
 }
 
 TEST_F(ADesktopsSettings, AreFollowed) {
     FakeSettingsPortal portal(bus_);
-    read();
+    readFrom(portal);
     portal.change(kAppearance, QStringLiteral("contrast"), 1U);
     EXPECT_TRUE(becomes({.isHighContrast = true}));
     portal.change(kInterface, QStringLiteral("enable-animations"), false);
@@ -114,7 +120,7 @@ TEST_F(ADesktopsSettings, AreFollowed) {
 
 TEST_F(ADesktopsSettings, SayNothingOfWhatWindowsDoNotShow) {
     FakeSettingsPortal portal(bus_);
-    read();
+    readFrom(portal);
     portal.change(kAppearance, QStringLiteral("accent-color"), 1U);
     portal.change(kInterface, QStringLiteral("contrast"), 1U);
     portal.change(kAppearance, QStringLiteral("contrast"), 0U);

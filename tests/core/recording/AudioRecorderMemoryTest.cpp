@@ -61,6 +61,18 @@ TEST(ASampleRing, CostsItsProducerNoPageOnceItHasItsMemory) {
     EXPECT_EQ(ring.usedFrames(), SampleRing::bufferCapacity / 2);
 }
 
+TEST(AnAudioRecorder, CostsItsProducerNoPageOnceItRecords) {
+    const TemporaryDirectory folder;
+    EmbeddedAudioServer server;
+    PlatformFakes fakes;
+    AudioRecorder recorder(48000.0, 2, fakes.platformWith(server));
+    const std::vector<float> all(SampleRing::bufferCapacity, 1.0F);
+    ASSERT_TRUE(recorder.startRecording("Player", RecordingFormat::wav, folder.path()));
+    const long before = pageFaults();
+    recorder.writeInterleavedSamples(all.data(), SampleRing::bufferCapacity / 2, 2);
+    EXPECT_LT(pageFaults() - before, kPagesOfARing / 8);
+}
+
 TEST(RecorderWithoutMemory, KeepsTheSamplesForTheNextTick) {
     const TemporaryDirectory folder;
     EmbeddedAudioServer server;

@@ -10,6 +10,12 @@ from session import wait_until
 SHARE_AT_REST = 0.25
 
 
+def memory_of(pid):
+    """In MiB, its share of what it has in common with others."""
+    lines = Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines()
+    return next(int(line.split()[1]) for line in lines if line.startswith("Pss:")) / 1024
+
+
 class Program:
     """Runs in `session` until `quit`. `environment` says what is other than for us; None takes a
     variable away."""
@@ -54,9 +60,7 @@ class Program:
         return self.wait_for_end()
 
     def memory(self):
-        """In MiB, its share of what it has in common with others."""
-        lines = Path(f"/proc/{self.process.pid}/smaps_rollup").read_text().splitlines()
-        return next(int(line.split()[1]) for line in lines if line.startswith("Pss:")) / 1024
+        return memory_of(self.process.pid)
 
     def wait_for_rest(self):
         """Until it uses little of a processor. With a panel open its meters take their part."""
