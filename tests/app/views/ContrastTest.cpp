@@ -22,7 +22,8 @@ constexpr double kForText = 4.5;
 constexpr double kForSymbols = 3.0;
 
 double luminanceOf(const QColor& color) {
-    const auto linear = [](double share) {
+    const auto linear = [](float part) {
+        const auto share = static_cast<double>(part);
         return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
     };
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +

@@ -26,8 +26,9 @@ protected:
             return nullptr;
         QList<QQuickItem*> children = item.childItems();
         std::ranges::stable_sort(children, {}, &QQuickItem::z);
-        for (auto child = children.rbegin(); child != children.rend(); ++child)
-            if (QQuickItem* const found = hit(**child, place))
+        std::ranges::reverse(children);
+        for (QQuickItem* const child : children)
+            if (QQuickItem* const found = hit(*child, place))
                 return found;
         const bool takesPresses = (item.acceptedMouseButtons() & Qt::LeftButton) != 0;
         return takesPresses && item.contains(here) ? &item : nullptr;
