@@ -34,19 +34,20 @@ class Views:
             return None
         return wait_until(f"there is a window {title}", find)
 
-    def all(self, title):
-        """Everything in a window, in the tree's order."""
-        found = []
-
-        def walk(node):
+    def walk(self, title):
+        """Everything in a window, in the tree's order, asked for step by step: each costs several
+        questions to the program."""
+        def below(node):
             node.clearCache()
             for child in node:
                 if child is None:
                     continue
-                found.append(child)
-                walk(child)
-        walk(self.window(title))
-        return found
+                yield child
+                yield from below(child)
+        yield from below(self.window(title))
+
+    def all(self, title):
+        return list(self.walk(title))
 
     @staticmethod
     def is_showing(node):
@@ -98,7 +99,7 @@ class Views:
 
     def find(self, title, name, role=None):
         """The first with this name that can be seen; None where there is none."""
-        for node in self.all(title):
+        for node in self.walk(title):
             if node.name == name and (role is None or node.getRoleName() == role) and \
                     self.is_showing(node):
                 return node
@@ -114,15 +115,29 @@ class Views:
 
     def wait_until_still(self, title, name, role=None):
         """Its node, once nothing moves it any more: rows unfold, and windows are put somewhere."""
-        boxes = []
+        node, boxes = None, []
 
         def is_still():
-            node = self.find(title, name, role)
-            boxes.append(self.box(node) if node else None)
-            if node and boxes[-4:] == [boxes[-1]] * 4 and self.is_in_place(title):
+            nonlocal node
+            box = self.box_if_shown(node, name)
+            if box is None:
+                node = self.find(title, name, role)
+                box = self.box_if_shown(node, name)
+            boxes.append(box)
+            if box and boxes[-4:] == [box] * 4 and self.is_in_place(title):
                 return node
             return None
         return wait_until(f"{name} stands still in {title}", is_still)
+
+    def box_if_shown(self, node, name):
+        """None for what is gone, hidden, or has become something else's."""
+        if node is None:
+            return None
+        try:
+            node.clearCache()
+            return self.box(node) if node.name == name and self.is_showing(node) else None
+        except GLib.Error:
+            return None
 
     @staticmethod
     def box(node):
@@ -140,7 +155,7 @@ class Views:
     def press(self, title, name, action="Press"):
         """By the assistive tool itself. What it presses need not be in sight."""
         def find():
-            return next((node for node in self.all(title) if node.name == name), None)
+            return next((node for node in self.walk(title) if node.name == name), None)
         node = wait_until(f"{title} has {name}", find)
         actions = node.queryAction()
         names = [actions.getName(index) for index in range(actions.nActions)]
@@ -166,7 +181,7 @@ class Views:
 
     def focused(self, title):
         """What has the keyboard; None where nothing has."""
-        return next((node for node in self.all(title)
+        return next((node for node in self.walk(title)
                      if self.is_focused(node) and self.is_showing(node)), None)
 
     def wait_for_value(self, title, name, value):
