@@ -66,6 +66,8 @@ DesktopSettings::DesktopSettings(QDBusConnection sessionBus,
     : bus_(std::move(sessionBus)),
       changed_(std::move(changed)),
       look_{.hasCompositor = hasCompositor()} {
+    // What the signal brings must be known to the toolkit, or it connects nothing.
+    qRegisterMetaType<QDBusVariant>();
     bus_.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
     read(kAppearance, kContrast);
