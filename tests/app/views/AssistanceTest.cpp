@@ -26,13 +26,7 @@ protected:
             model->setNoiseGate(pid, true, -60.0F);
             model->toggleRecording(pid);
         }
-        showPanel();
-        shell->setCanCheckForUpdates(true);
-        itemOf(10).toggleEQ();
-        itemOf(11).toggleEQ();
-        itemOf(11).toggleEQMode();
-        itemOf(11).toggleCompressorAdvanced();
-        settleView();
+        showUnfolded(10, 11);
     }
 
     [[nodiscard]] static std::string describe(QQuickItem& item) {

@@ -56,6 +56,13 @@ protected:
         return {};
     }
 
+    [[nodiscard]] QQuickItem& longNameInItsRow() const {
+        for (QQuickItem* const item : visibleItems())
+            if (item->property("text").toString() == longName())
+                return *item;
+        throw std::runtime_error("no row has the name");
+    }
+
     void expectIsElided(const QQuickItem& control) {
         const QQuickItem* const text = textOf(control, longName());
         ASSERT_NE(text, nullptr);
@@ -102,33 +109,25 @@ TEST_P(LongNames, OfTheChosenDeviceAreElidedOnTheButtonAndToldByATip) {
 
 TEST_P(LongNames, OfAProgramAreElidedAndToldByATip) {
     showTapped(10, longNameInBytes());
-    const auto items = visibleItems();
-    const auto name = std::ranges::find_if(items, [](const QQuickItem* item) {
-        return item->property("text").toString() == longName();
-    });
-    ASSERT_NE(name, items.end());
-    EXPECT_TRUE((*name)->property("truncated").toBool());
-    EXPECT_EQ(nameOf(**name), longName());
-    EXPECT_EQ(tipOf(**name), longName());
+    QQuickItem& name = longNameInItsRow();
+    EXPECT_TRUE(name.property("truncated").toBool());
+    EXPECT_EQ(nameOf(name), longName());
+    EXPECT_EQ(tipOf(name), longName());
     const QQuickItem& record = the("Record " + longName() + " audio");
-    EXPECT_LE((*name)->mapRectToScene((*name)->boundingRect()).right(), record.mapToScene({}).x());
+    EXPECT_LE(name.mapRectToScene(name.boundingRect()).right(), record.mapToScene({}).x());
 }
 
 TEST_P(LongNames, StandInATipThatStaysInTheWindow) {
     showTapped(10, longNameInBytes());
-    const auto items = visibleItems();
-    const auto name = std::ranges::find_if(items, [](const QQuickItem* item) {
-        return item->property("text").toString() == longName();
-    });
-    ASSERT_NE(name, items.end());
-    for (QObject* const child : (*name)->children())
+    QQuickItem& name = longNameInItsRow();
+    for (QObject* const child : name.children())
         if (child->property("isAsked").isValid())
             child->setProperty("delay", 0);
-    EXPECT_EQ(tipOf(**name), longName());
+    EXPECT_EQ(tipOf(name), longName());
     settleView();
     const auto all = visibleItems();
     const auto shown = std::ranges::count_if(all, [&](QQuickItem* item) {
-        const bool isTip = item != *name && item->inherits("QQuickText") &&
+        const bool isTip = item != &name && item->inherits("QQuickText") &&
                            item->property("text").toString() == longName();
         if (isTip)
             expectIsInTheWindow(*item);

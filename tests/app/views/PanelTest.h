@@ -48,6 +48,18 @@ protected:
         settleView();
     }
 
+    /// The panel with a control of every kind in it: of two tapped applications one has the simple
+    /// equaliser open, the other the ten bands and its compressor's.
+    void showUnfolded(std::int32_t simple, std::int32_t advanced) {
+        showPanel();
+        shell->setCanCheckForUpdates(true);
+        itemOf(simple).toggleEQ();
+        itemOf(advanced).toggleEQ();
+        itemOf(advanced).toggleEQMode();
+        itemOf(advanced).toggleCompressorAdvanced();
+        settleView();
+    }
+
     /// Of an application's row.
     [[nodiscard]] AppItem& itemOf(std::int32_t pid) {
         AppListModel& rows = *mixer->apps();

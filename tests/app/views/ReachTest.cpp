@@ -110,13 +110,7 @@ TEST_F(Reach, EverythingInThePanelCanBeHit) {
         model->setNoiseGate(pid, true, -60.0F);
     }
     model->toggleRecording(10);
-    showPanel();
-    shell->setCanCheckForUpdates(true);
-    itemOf(10).toggleEQ();
-    itemOf(11).toggleEQ();
-    itemOf(11).toggleEQMode();
-    itemOf(11).toggleCompressorAdvanced();
-    settleView();
+    showUnfolded(10, 11);
     expectAllCanBeHit({{"Quit Orvanta", 20},
                        {"Thresh compressor", 16},
                        {"Ratio compressor", 16},
