@@ -5,16 +5,22 @@
 
 namespace orvanta::pipewire {
 
+namespace {
+
+const char* orEmpty(const char* text) {
+    return text != nullptr ? text : "";
+}
+
+} // namespace
+
 struct MetadataEvents {
     static int property(void* data, std::uint32_t subject, const char* key, const char* type,
                         const char* value) {
         auto& mirror = *static_cast<MetadataMirror*>(data);
         if (key == nullptr)
-            mirror.subjects_.erase(subject);
-        else if (value == nullptr)
-            mirror.subjects_[subject].erase(key);
+            mirror.forget(subject);
         else
-            mirror.subjects_[subject][key] = {type != nullptr ? type : "", value};
+            mirror.hear(subject, key, {orEmpty(type), orEmpty(value)});
         mirror.changed_();
         return 0;
     }
@@ -35,6 +41,7 @@ void MetadataMirror::bind(pw_registry* registry, std::uint32_t id) {
 
 void MetadataMirror::unbind() {
     subjects_.clear();
+    echoes_.clear();
     if (metadata_ == nullptr)
         return;
     spa_hook_remove(&hook_);
@@ -55,14 +62,27 @@ void MetadataMirror::set(std::uint32_t subject, const std::string& key,
                          const MetadataValue& value) {
     if (metadata_ == nullptr)
         return;
-    if (value.empty()) {
+    // The server tells of changes only.
+    if (value != this->value(subject, key))
+        echoes_.expect(subject, key, value);
+    note(subject, key, value);
+    pw_metadata_set_property(metadata_, subject, key.c_str(),
+                             value.empty() ? nullptr : value.type.c_str(),
+                             value.empty() ? nullptr : value.value.c_str());
+}
+
+void MetadataMirror::note(std::uint32_t subject, const std::string& key,
+                          const MetadataValue& value) {
+    if (value.empty())
         subjects_[subject].erase(key);
-        pw_metadata_set_property(metadata_, subject, key.c_str(), nullptr, nullptr);
-    } else {
+    else
         subjects_[subject][key] = value;
-        pw_metadata_set_property(metadata_, subject, key.c_str(), value.type.c_str(),
-                                 value.value.c_str());
-    }
+}
+
+void MetadataMirror::hear(std::uint32_t subject, const std::string& key,
+                          const MetadataValue& value) {
+    if (!echoes_.isOutdated(subject, key, value))
+        note(subject, key, value);
 }
 
 std::map<std::uint32_t, MetadataValue> MetadataMirror::all(const std::string& key) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/pipewire/WriteEchoes.h"
+
 #include <spa/utils/hook.h>
 
 #include <cstdint>
@@ -11,16 +13,6 @@ struct pw_metadata;
 struct pw_registry;
 
 namespace orvanta::pipewire {
-
-/// A value with the name of its type, as the server wants both back.
-struct MetadataValue {
-    std::string type;
-    std::string value;
-
-    [[nodiscard]] bool empty() const { return value.empty(); }
-
-    friend bool operator==(const MetadataValue&, const MetadataValue&) = default;
-};
 
 /// One metadata object of the session: notes of its programs about objects, by object id and key.
 /// All of it with the lock held.
@@ -54,7 +46,10 @@ public:
     void set(std::uint32_t subject, const std::string& key, const MetadataValue& value);
 
     /// The object with this id is gone, and the notes about it.
-    void forget(std::uint32_t subject) { subjects_.erase(subject); }
+    void forget(std::uint32_t subject) {
+        subjects_.erase(subject);
+        echoes_.forget(subject);
+    }
 
     /// Every object that has a value under `key`.
     [[nodiscard]] std::map<std::uint32_t, MetadataValue> all(const std::string& key) const;
@@ -62,12 +57,16 @@ public:
 private:
     friend struct MetadataEvents;
 
+    void note(std::uint32_t subject, const std::string& key, const MetadataValue& value);
+    void hear(std::uint32_t subject, const std::string& key, const MetadataValue& value);
+
     std::function<void()> changed_;
     pw_metadata* metadata_ = nullptr;
     std::uint32_t id_ = 0;
     std::uint64_t binds_ = 0;
     spa_hook hook_{};
     std::map<std::uint32_t, std::map<std::string, MetadataValue>> subjects_;
+    WriteEchoes echoes_;
 };
 
 } // namespace orvanta::pipewire
