@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QStringList>
@@ -21,7 +22,7 @@ using testing::IsEmpty;
 
 constexpr Seconds kAnswerBound{20.0};
 
-/// A file manager that keeps what it is shown.
+/// A file manager that keeps what it is asked to show.
 class FakeFileManager final : public QDBusVirtualObject {
 public:
     explicit FakeFileManager(const PrivateBus& bus) : connection_(bus) {
@@ -39,11 +40,13 @@ public:
             return false;
         for (const QString& address : message.arguments().at(0).toStringList())
             shown.push_back(address.toStdString());
-        connection.send(message.createReply());
+        connection.send(refuses ? message.createErrorReply(QDBusError::AccessDenied, "not now")
+                                : message.createReply());
         return true;
     }
 
     std::vector<std::string> shown;
+    bool refuses = false;
 
 private:
     BusConnection connection_;
@@ -103,9 +106,21 @@ TEST_F(DesktopFileViewerTest, OpensTheFolderWithoutABus) {
     EXPECT_THAT(opened_, ElementsAre("file:///music/Recordings"));
 }
 
+TEST_F(DesktopFileViewerTest, OpensTheFolderWhereTheFileManagerRefuses) {
+    FakeFileManager manager(*bus_);
+    manager.refuses = true;
+    viewer_->activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
+    EXPECT_TRUE(opensOne());
+    EXPECT_THAT(opened_, ElementsAre("file:///music/Recordings"));
+}
+
 TEST_F(DesktopFileViewerTest, OpensNothingAfterItsEnd) {
+    // It answers in this thread's event loop, so certainly after the end.
+    FakeFileManager manager(*bus_);
+    manager.refuses = true;
     viewer_->activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
     viewer_.reset();
+    EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !manager.shown.empty(); }));
     EXPECT_TRUE(eventLoopComesToRest());
     EXPECT_THAT(opened_, IsEmpty());
 }
