@@ -1,5 +1,6 @@
 #include "app/drawing/LevelMeter.h"
 
+#include "app/drawing/withOpacity.h"
 #include "app/popover/MeterLayout.h"
 
 #include <QQuickWindow>
@@ -14,11 +15,6 @@ constexpr std::size_t kFillSteps = MeterLayout::stepCount;
 constexpr float kFirstOpacity = 0.62F;
 /// Of a recording's: at its beginning, middle and end.
 constexpr std::array kRecordingOpacities{0.7F, 0.9F, 1.0F};
-
-QColor withOpacity(QColor color, float opacity) {
-    color.setAlphaF(opacity);
-    return color;
-}
 
 float fillOpacity(std::size_t step, bool isRecording) {
     const float share = static_cast<float>(step) / static_cast<float>(kFillSteps - 1);

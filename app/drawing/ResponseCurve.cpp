@@ -1,5 +1,6 @@
 #include "app/drawing/ResponseCurve.h"
 
+#include "app/drawing/withOpacity.h"
 #include "app/popover/EQResponseLine.h"
 
 #include <QLinearGradient>
@@ -18,11 +19,6 @@ constexpr float kMiddleOpacity = 0.04F;
 EQPreset presetOf(const QList<double>& gains) {
     std::vector<float> values(gains.begin(), gains.end());
     return EQPreset(std::span<const float>(values));
-}
-
-QColor withAlpha(QColor color, float alpha) {
-    color.setAlphaF(alpha);
-    return color;
 }
 
 } // namespace
@@ -47,9 +43,9 @@ void ResponseCurve::paint(QPainter* painter) {
     area.closeSubpath();
 
     QLinearGradient fill(0, 0, 0, height());
-    fill.setColorAt(0, withAlpha(color_, kEdgeOpacity));
-    fill.setColorAt(0.5, withAlpha(color_, kMiddleOpacity));
-    fill.setColorAt(1, withAlpha(color_, kEdgeOpacity));
+    fill.setColorAt(0, withOpacity(color_, kEdgeOpacity));
+    fill.setColorAt(0.5, withOpacity(color_, kMiddleOpacity));
+    fill.setColorAt(1, withOpacity(color_, kEdgeOpacity));
     painter->setRenderHint(QPainter::Antialiasing);
     painter->fillPath(area, fill);
     painter->strokePath(line, QPen(color_, kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
