@@ -16,6 +16,11 @@ AssistedItem {
     property real maximumValue: 1
     property real stepSize: 0.01
     property bool isVertical: false
+    /// How far from the cap's middle a press takes hold of it there; one beyond brings the middle to
+    /// the pointer.
+    property real gripReach: 8
+    /// What a double click sets; no number where it is two presses like others.
+    property real doubleClickValue: NaN
     /// Ends of the way that the cap's middle goes, along the slider.
     property real travelStart: 0
     property real travelEnd: isVertical ? height : width
@@ -74,6 +79,8 @@ AssistedItem {
         /// From the pointer to the cap's middle.
         property real grip: 0
         property real wheel: 0
+        /// Nothing more comes of this press.
+        property bool isSpent: false
     }
 
     /// What the model has is shown again when a hand's move has come to nothing there.
@@ -144,9 +151,18 @@ AssistedItem {
         settling.restart();
     }
 
+    /// What the cap stands for when its middle is dragged here.
+    function valueAt(position: real): real {
+        const along = (position - travelStart) / (travelEnd - travelStart);
+        return snapped(minimumValue + (isVertical ? 1 - along : along) * (maximumValue - minimumValue));
+    }
+
     function drag(position: real) {
-        const along = (position + inner.grip - travelStart) / (travelEnd - travelStart);
-        const next = snapped(minimumValue + (isVertical ? 1 - along : along) * (maximumValue - minimumValue));
+        if (!inner.isSpent)
+            dragTo(valueAt(position + inner.grip));
+    }
+
+    function dragTo(next: real) {
         if (next === value)
             return;
         write(next);
@@ -155,8 +171,6 @@ AssistedItem {
 
     MouseArea {
         id: area
-
-        readonly property real capReach: 8
 
         anchors.fill: parent
         anchors.topMargin: -slider.reachAbove
@@ -175,7 +189,8 @@ AssistedItem {
             slider.takeKeyboardByMouse();
             const position = along(mouse);
             const offset = slider.capPosition - position;
-            inner.grip = Math.abs(offset) <= capReach ? offset : 0;
+            inner.grip = Math.abs(offset) <= slider.gripReach ? offset : 0;
+            inner.isSpent = false;
             slider.began();
             slider.drag(position);
         }
@@ -183,6 +198,13 @@ AssistedItem {
         onPositionChanged: mouse => {
             if (pressed)
                 slider.drag(along(mouse));
+        }
+        onDoubleClicked: {
+            if (isNaN(slider.doubleClickValue))
+                return;
+            // A hand that trembles does not undo it.
+            inner.isSpent = true;
+            slider.dragTo(slider.doubleClickValue);
         }
         onReleased: finish()
         onCanceled: finish()
