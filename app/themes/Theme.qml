@@ -40,6 +40,9 @@ QtObject {
     readonly property color lip: white(0.055)
     /// A mark on a scale, or where one of many stands.
     readonly property color mark: white(CurrentTheme.isHighContrast ? 0.70 : 0.22)
+    /// Of a drawing, the second where its scale has its zero.
+    readonly property color grid: white(CurrentTheme.isHighContrast ? 0.28 : 0.05)
+    readonly property color gridZero: white(CurrentTheme.isHighContrast ? 0.45 : 0.15)
     readonly property color divider: white(0.075)
     readonly property color firstDivider: white(0.09)
     readonly property color rowHover: white(0.045)
@@ -143,6 +146,7 @@ QtObject {
     readonly property font menuHeading: Qt.font({ family: family, pixelSize: 10, weight: Font.DemiBold })
     readonly property font badge: Qt.font({ family: family, pixelSize: 9, weight: Font.DemiBold })
     readonly property font micro: Qt.font({ family: figures, pixelSize: 8, weight: Font.Medium })
+    readonly property font dragReadOut: Qt.font({ family: figures, pixelSize: 7, weight: Font.DemiBold })
     readonly property font meterScale: Qt.font({ family: "monospace", pixelSize: 6, weight: Font.Medium })
     readonly property font readOut: Qt.font({ family: figures, pixelSize: 11, weight: Font.Medium })
     readonly property font litReadOut: Qt.font({ family: figures, pixelSize: 10, weight: Font.DemiBold })
