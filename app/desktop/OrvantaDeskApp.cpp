@@ -1,6 +1,8 @@
 #include "app/desktop/OrvantaDeskApp.h"
 
+#include "app/automation/OrvantaIntentBridge.h"
 #include "app/desktop/NoLoginItem.h"
+#include "app/desktop/makeIntentService.h"
 #include "app/drawing/ShadowImages.h"
 #include "app/shell/GlobalMuteKey.h"
 #include "app/shell/WindowNames.h"
@@ -65,6 +67,7 @@ OrvantaDeskApp::OrvantaDeskApp(Start start)
       viewModel_(MixerViewModel::create(platform())),
       keyMonitor_(makeKeyMonitor(session_, *hotKeyCenter_, hasFocus)),
       consoleHotKey_(notificationCenter_, windows_),
+      intents_(makeIntentService(bus_, start_.identity.domain, start_.log)),
       fetcher_({}),
       updater_({.feedURL = start_.identity.updateFeed.url,
                 .publicKey = start_.identity.updateFeed.publicKey,
@@ -157,6 +160,7 @@ void OrvantaDeskApp::panelVisibilityChanged(bool isVisible) {
     if (!isVisible)
         return;
     desktopSettings_.lookForCompositor();
+    OrvantaIntentBridge::panelAppeared(viewModel_);
     onboarding_.panelAppeared();
 }
 

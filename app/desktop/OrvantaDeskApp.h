@@ -19,6 +19,7 @@
 #include "core/platform/KeyMonitor.h"
 #include "core/platform/LoginItem.h"
 #include "platform/media/MediaFileWriter.h"
+#include "platform/qt/automation/IntentService.h"
 #include "platform/qt/desktop/DesktopFileViewer.h"
 #include "platform/qt/desktop/DesktopURLOpener.h"
 #include "platform/qt/desktop/TrayWatch.h"
@@ -90,6 +91,7 @@ private:
     std::shared_ptr<MixerViewModel> viewModel_;
     const std::unique_ptr<KeyMonitor> keyMonitor_;
     ConsoleHotKey consoleHotKey_;
+    const std::unique_ptr<IntentService> intents_;
     NetworkFetcher fetcher_;
     SoftwareUpdater updater_;
     UpdateBridge updates_{updater_};

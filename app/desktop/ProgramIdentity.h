@@ -17,8 +17,9 @@ struct UpdateFeed {
 /// Who a program is on the user's desktop, and where it keeps what is its own: two of different
 /// identities know nothing of each other.
 struct ProgramIdentity {
-    std::string
-        domain; ///< of its settings, its messages and its entry among what the session starts
+    /// Of its settings, its messages, its entry among what the session starts, and its intents on
+    /// the session bus.
+    std::string domain;
     BundleInfo bundle;
     std::filesystem::path settingsFile;
     /// Where its crash reports go.
