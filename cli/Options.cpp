@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <charconv>
 #include <iostream>
 #include <map>
 #include <string>
@@ -132,12 +133,51 @@ CLI::App* addMixCommand(CLI::App& app, bool& stays) {
     return command;
 }
 
+std::int64_t readWholeNumber(const std::string& text) {
+    std::int64_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, number);
+    if (text.empty() || read.ec != std::errc() || read.ptr != end)
+        throw CLI::ValidationError("PERCENT",
+                                   fmt::format("'{}' is not a whole number of 64 bits", text));
+    return number;
+}
+
+CLI::App* addIntent(CLI::App& command, IntentOptions& intent, Intent chosen,
+                    const std::string& name, const std::string& description) {
+    CLI::App* const added = command.add_subcommand(name, description);
+    added->callback([&intent, chosen] { intent.intent = chosen; });
+    return added;
+}
+
+CLI::App* addIntentCommand(CLI::App& app, IntentOptions& intent) {
+    CLI::App* const command =
+        app.add_subcommand("intent", "Ask the Orvanta that runs in this session for something, and "
+                                     "print what it answers");
+    command->require_subcommand(1);
+    CLI::App* const setVolume = addIntent(*command, intent, Intent::setVolume, "set-volume",
+                                          "Set the volume of everything");
+    setVolume
+        ->add_option_function<std::string>(
+            "PERCENT",
+            [&intent](const std::string& text) { intent.volume = readWholeNumber(text); },
+            "What lies within 0 to 200 is set; 100 if not said")
+        ->type_name("");
+    addIntent(*command, intent, Intent::toggleMute, "toggle-mute", "Mute everything, or end that");
+    addIntent(*command, intent, Intent::listApps, "list-apps",
+              "Name the applications it has tapped");
+    addIntent(*command, intent, Intent::shortcuts, "shortcuts",
+              "Print what it offers: its intents, and the phrases to ask for them");
+    return command;
+}
+
 } // namespace
 
 Parsed parseCommandLine(int argc, const char* const* argv) {
     Options options;
-    CLI::App app("Looks at the audio processes and devices of this machine, taps one process, or "
-                 "mixes all applications.");
+    CLI::App app(
+        "Looks at the audio processes and devices of this machine, taps one process, mixes "
+        "all applications, or asks a running Orvanta for something.");
     app.footer("Exit codes: 0 done, 1 it did not work, 2 wrong usage, 3 no audio server, 4 another "
                "mixer runs.\n");
     app.set_version_flag("--version", ORVANTA_VERSION);
@@ -153,13 +193,16 @@ Parsed parseCommandLine(int argc, const char* const* argv) {
         app.add_subcommand("list", "List applications, audio processes and output devices");
     addTapCommand(app, options.tap);
     CLI::App* const mix = addMixCommand(app, options.mixStays);
+    CLI::App* const intent = addIntentCommand(app, options.intent);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& complaint) {
         return {std::nullopt, app.exit(complaint) == 0 ? kExitSuccess : kExitUsage};
     }
-    if (mix->parsed())
+    if (intent->parsed())
+        options.subcommand = Subcommand::intent;
+    else if (mix->parsed())
         options.subcommand = Subcommand::mix;
     else
         options.subcommand = list->parsed() ? Subcommand::list : Subcommand::tap;

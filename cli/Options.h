@@ -15,7 +15,9 @@
 namespace orvanta::cli {
 
 enum class Server { pipewire, embedded };
-enum class Subcommand { list, tap, mix };
+enum class Subcommand { list, tap, mix, intent };
+/// What a running Orvanta can be asked for.
+enum class Intent { setVolume, toggleMute, listApps, shortcuts };
 
 /// What the `tap` command records.
 struct RecordOptions {
@@ -49,6 +51,13 @@ struct TapOptions {
     double interval = 0.5;
 };
 
+/// What the `intent` command asks for.
+struct IntentOptions {
+    Intent intent = Intent::shortcuts;
+    /// Percent, any number; none: the intent's own.
+    std::optional<std::int64_t> volume;
+};
+
 struct Options {
     Server server = Server::pipewire;
     bool isVerbose = false;
@@ -56,6 +65,7 @@ struct Options {
     TapOptions tap;
     /// Whether a session of the mixer goes on after the end of its input.
     bool mixStays = false;
+    IntentOptions intent;
 };
 
 /// Exit codes of the program.

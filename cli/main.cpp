@@ -1,5 +1,6 @@
 #include "cli/AudioSystem.h"
 #include "cli/ConsoleLog.h"
+#include "cli/IntentCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/MixCommand.h"
 #include "cli/Options.h"
@@ -65,6 +66,8 @@ int run(const Options& options) {
     std::signal(SIGPIPE, SIG_IGN);
     // Nor must a recording that meets the user's limit on file sizes: its writes fail instead.
     std::signal(SIGXFSZ, SIG_IGN);
+    if (options.subcommand == Subcommand::intent)
+        return runIntentCommand(options.intent);
     // Errors are told in a sentence of our own; the log itself is for those who ask for it.
     StandardErrorLog standardError;
     ConsoleLog log(options.isVerbose ? &standardError : nullptr);

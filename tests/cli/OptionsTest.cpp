@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 namespace orvanta::cli {
@@ -107,6 +108,31 @@ TEST(CommandLine, ReadsASessionOfTheMixer) {
     EXPECT_TRUE(parse({"mix", "--stay"}).options->mixStays);
 }
 
+TEST(CommandLine, ReadsWhatOrvantaIsAskedFor) {
+    const auto mute = parse({"intent", "toggle-mute"});
+    ASSERT_TRUE(mute.options);
+    EXPECT_EQ(mute.options->subcommand, Subcommand::intent);
+    EXPECT_EQ(mute.options->intent.intent, Intent::toggleMute);
+    EXPECT_EQ(parse({"intent", "list-apps"}).options.value().intent.intent, Intent::listApps);
+    EXPECT_EQ(parse({"intent", "shortcuts"}).options.value().intent.intent, Intent::shortcuts);
+    const auto volume = parse({"intent", "set-volume"}).options.value().intent;
+    EXPECT_EQ(volume.intent, Intent::setVolume);
+    EXPECT_EQ(volume.volume, std::nullopt);
+}
+
+TEST(CommandLine, ReadsEveryVolumeThatOrvantaIsAskedFor) {
+    const auto asked = [](const char* volume) {
+        return parse({"intent", "set-volume", volume}).options.value().intent.volume;
+    };
+    EXPECT_EQ(asked("0"), 0);
+    EXPECT_EQ(asked("50"), 50);
+    EXPECT_EQ(asked("300"), 300);
+    EXPECT_EQ(asked("-5"), -5);
+    EXPECT_EQ(asked("010"), 10);
+    EXPECT_EQ(asked("9223372036854775807"), std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(asked("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+}
+
 TEST(CommandLine, RefusesWhatMakesNoSense) {
     const std::vector<std::vector<const char*>> wrong{
         {},
@@ -137,6 +163,19 @@ TEST(CommandLine, RefusesWhatMakesNoSense) {
         {"list", "--nonsense"},
         {"mix", "101"},
         {"list", "mix"},
+        {"intent"},
+        {"intent", "dance"},
+        {"intent", "toggle-mute", "50"},
+        {"intent", "set-volume", "loud"},
+        {"intent", "set-volume", ""},
+        {"intent", "set-volume", "50%"},
+        {"intent", "set-volume", "50.5"},
+        {"intent", "set-volume", "0x10"},
+        {"intent", "set-volume", " 5"},
+        {"intent", "set-volume", "9223372036854775808"},
+        {"intent", "set-volume", "-9223372036854775809"},
+        {"intent", "set-volume", "50", "60"},
+        {"intent", "toggle-mute", "list-apps"},
     };
     for (const auto& arguments : wrong) {
         const auto parsed = parse(arguments);
