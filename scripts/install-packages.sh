@@ -30,9 +30,9 @@ run=(
     at-spi2-core dbus gir1.2-atspi-2.0 imagemagick openbox python3-pyatspi x11-utils xdotool xvfb
 )
 # Besides the checks: an independent reader of audio files, a browser that plays, a display and a bus
-# of the tests' own, and who presses keys there.
+# of the tests' own, who presses keys there, and who calls what is on the bus.
 test=(
-    ccache chromium clang-format ffmpeg git openssl python3
+    ccache chromium clang-format ffmpeg git libglib2.0-bin openssl python3
     qml6-module-qttest trayer x11-xkb-utils
 )
 full=(clang clang-tidy libclang-rt-dev llvm)
