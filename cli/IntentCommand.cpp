@@ -51,6 +51,9 @@ int runIntentCommand(const IntentOptions& options) {
     char* arguments[] = {name, nullptr};
     int argumentCount = 1;
     const QCoreApplication application(argumentCount, arguments);
+    // Whoever makes the types of messages known first outlives the thread of the bus, which may
+    // still read one when the program ends.
+    registerIntentShortcutRecords();
     printAnswer(IntentClient(QDBusConnection::sessionBus(), mixerName()), options);
     return kExitSuccess;
 }
