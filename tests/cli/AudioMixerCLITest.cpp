@@ -95,13 +95,6 @@ TEST(AudioMixerCLI, SaysInOneSentenceThatNoServerAnswers) {
     EXPECT_THAT(refused.output, HasSubstr("no audio server answers"));
 }
 
-TEST(AudioMixerCLI, SaysInOneSentenceThatThereIsNoBusToAskOn) {
-    const auto refused =
-        run("intent toggle-mute", "DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent");
-    EXPECT_EQ(refused.exitCode, kExitFailure);
-    EXPECT_THAT(refused.output, Eq("AudioMixerCLI: there is no session bus to find Orvanta on.\n"));
-}
-
 TEST(AudioMixerCLI, ShowsTheLogOnlyWhenAsked) {
     const std::string tap = "--server embedded tap 101 --seconds 0";
     EXPECT_THAT(run(tap).output, Not(HasSubstr("Audio pipeline active")));

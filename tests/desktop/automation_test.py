@@ -11,7 +11,6 @@ from support.desktop_test import PANEL, DesktopTest, wait_until
 from support.intents import Intents
 from support.sound_desktop_test import OTHER, PLAIN_DB, PLAYER, SoundDesktopTest
 
-CLI = os.environ.get("ORVANTA_CLI")
 DEMO = "com.meridane.orvanta.demo"
 MIXER = "com.meridane.orvanta"
 FIRST, SECOND = "Vinyl", "Forgotten Isles"
@@ -19,9 +18,24 @@ NOTHING_PLAYS = "No audio apps are currently playing."
 MOST, LEAST = 2**63 - 1, -2**63
 INVALID = "org.freedesktop.DBus.Error.InvalidArgs"
 UNKNOWN = "org.freedesktop.DBus.Error.UnknownMethod"
+# What the command says where nobody can be asked.
+NOBODY = "AudioMixerCLI: Orvanta does not run in this session.\n"
+NO_BUS = "AudioMixerCLI: there is no session bus to find Orvanta on.\n"
 
 
-class DemoTest(DesktopTest):
+def run_intent(*arguments, environment=None):
+    """What becomes of the command."""
+    return subprocess.run([os.environ["ORVANTA_CLI"], "intent", *map(str, arguments)],
+                          capture_output=True, text=True, check=False, timeout=30,
+                          env={**os.environ, **(environment or {})})
+
+
+class AutomationTest(DesktopTest):
+    def assert_missed(self, done, sentence):
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (1, "", sentence))
+
+
+class DemoTest(AutomationTest):
     """The demonstration, under the name of its own."""
 
     def setUp(self):
@@ -114,11 +128,7 @@ class IntentsTest(DemoTest):
         self.assertEqual(self.intents.answer("ToggleMute"), "All audio muted")
 
     def test_the_command_asks_the_mixer_and_not_the_demonstration(self):
-        done = subprocess.run([CLI, "intent", "toggle-mute"], capture_output=True, text=True,
-                              check=False, timeout=30)
-        self.assertEqual(done.returncode, 1)
-        self.assertEqual(done.stderr, "AudioMixerCLI: Orvanta does not run in this session.\n")
-        self.assertEqual(done.stdout, "")
+        self.assert_missed(run_intent("toggle-mute"), NOBODY)
         self.assertEqual(self.intents.answer("ToggleMute"), "All audio muted")
 
 
@@ -174,13 +184,12 @@ class EarlyIntentsTest(DemoTest):
         self.views.wait_for(PANEL, "Unmute all")
 
 
-class IntentCommandTest(SoundDesktopTest):
+class IntentCommandTest(SoundDesktopTest, AutomationTest):
     """The mixer of the session over real players, asked by the command."""
 
     def intent(self, *arguments):
         """The one line that it prints."""
-        done = subprocess.run([CLI, "intent", *map(str, arguments)], capture_output=True, text=True,
-                              check=False, timeout=30)
+        done = run_intent(*arguments)
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.assertEqual(done.stdout.count("\n"), 1)
         return done.stdout.rstrip("\n")
@@ -218,8 +227,7 @@ class IntentCommandTest(SoundDesktopTest):
         self.assertEqual(Intents(MIXER).answer("ToggleMute"), "Audio unmuted")
 
     def test_the_shortcuts_are_printed(self):
-        done = subprocess.run([CLI, "intent", "shortcuts"], capture_output=True, text=True,
-                              check=True, timeout=30)
+        done = run_intent("shortcuts")
         self.assertEqual(done.stdout.splitlines(), [
             "SetVolume: Set Volume (speaker.wave.2.fill)",
             '  "Set Orvanta volume to {volume}"',
@@ -236,7 +244,8 @@ class IntentCommandTest(SoundDesktopTest):
 
     def test_a_mixer_that_has_ended_is_missed_in_one_sentence(self):
         self.end(self.programs[0])
-        done = subprocess.run([CLI, "intent", "set-volume", "50"], capture_output=True, text=True,
-                              check=False, timeout=30)
-        self.assertEqual((done.returncode, done.stdout), (1, ""))
-        self.assertEqual(done.stderr, "AudioMixerCLI: Orvanta does not run in this session.\n")
+        self.assert_missed(run_intent("set-volume", 50), NOBODY)
+
+    def test_a_bus_that_is_not_there_is_missed_in_one_sentence(self):
+        self.assert_missed(run_intent("set-volume", 50, environment={
+            "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}), NO_BUS)

@@ -1,15 +1,12 @@
 #include "app/desktop/makeIntentService.h"
 
 #include "platform/qt/automation/IntentClient.h"
-#include "tests/platform/qt/support/EventLoop.h"
+#include "tests/platform/qt/support/AskedAside.h"
 #include "tests/platform/qt/support/PrivateBus.h"
 #include "tests/support/RecordingLog.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <chrono>
-#include <future>
 
 namespace orvanta::test {
 namespace {
@@ -29,15 +26,6 @@ protected:
         client_.emplace(**other_, QStringLiteral("com.meridane.orvanta.demo"));
     }
 
-    template <class Question>
-    auto asked(Question question) {
-        auto answer = std::async(std::launch::async, question);
-        EXPECT_TRUE(eventuallyInEventLoop(Seconds(30), [&] {
-            return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-        }));
-        return answer.get();
-    }
-
     std::optional<PrivateBus> bus_;
     std::optional<BusConnection> own_;
     std::optional<BusConnection> other_;
@@ -47,16 +35,16 @@ protected:
 };
 
 TEST_F(TheIntentsOfTheProgram, AnswerFromTheStart) {
-    EXPECT_EQ(asked([&] { return client_->setVolume(300); }), "Volume set to 300%");
-    EXPECT_EQ(asked([&] { return client_->setVolume(std::nullopt); }), "Volume set to 100%");
-    EXPECT_EQ(asked([&] { return client_->toggleMute(); }), "Audio unmuted");
-    EXPECT_EQ(asked([&] { return client_->listAudioApps(); }),
+    EXPECT_EQ(askedAside([&] { return client_->setVolume(300); }), "Volume set to 300%");
+    EXPECT_EQ(askedAside([&] { return client_->setVolume(std::nullopt); }), "Volume set to 100%");
+    EXPECT_EQ(askedAside([&] { return client_->toggleMute(); }), "Audio unmuted");
+    EXPECT_EQ(askedAside([&] { return client_->listAudioApps(); }),
               "No audio apps are currently playing.");
     EXPECT_THAT(log_.texts(), IsEmpty());
 }
 
 TEST_F(TheIntentsOfTheProgram, AreOfferedWithTheProgramsNameInTheirPhrases) {
-    const auto shortcuts = asked([&] { return client_->listShortcuts(); });
+    const auto shortcuts = askedAside([&] { return client_->listShortcuts(); });
     ASSERT_EQ(shortcuts.size(), 3U);
     EXPECT_EQ(shortcuts[0],
               (IntentShortcut{

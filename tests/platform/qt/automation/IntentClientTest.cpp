@@ -1,14 +1,14 @@
 #include "platform/qt/automation/IntentClient.h"
 
 #include "tests/platform/qt/automation/OfferedIntents.h"
-#include "tests/platform/qt/support/EventLoop.h"
+#include "tests/platform/qt/support/AskedAside.h"
 #include "tests/platform/qt/support/PrivateBus.h"
 #include "tests/support/RecordingLog.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <QDBusVirtualObject>
 #include <future>
 #include <stdexcept>
 
@@ -18,6 +18,20 @@ namespace {
 using testing::ElementsAre;
 
 const QString kOfferedName = QStringLiteral("com.meridane.orvanta");
+
+/// A program that has the name and answers nothing.
+class SilentProgram final : public QDBusVirtualObject {
+public:
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& /*message*/,
+                       const QDBusConnection& /*connection*/) override {
+        isAsked = true;
+        return true;
+    }
+
+    bool isAsked = false;
+};
 
 class IntentClientTest : public testing::Test {
 protected:
@@ -31,24 +45,16 @@ protected:
 
     void offer() { service_.emplace(**own_, kOfferedName, log_, offered_.intents()); }
 
-    /// What `question` answers, or the sentence that it throws, while the event loop here runs.
-    template <class Question>
-    auto asked(Question question) {
-        auto answer = std::async(std::launch::async, question);
-        EXPECT_TRUE(eventuallyInEventLoop(Seconds(30), [&] {
-            return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-        }));
-        return answer.get();
+    [[nodiscard]] std::string complaintOfClient() const {
+        try {
+            return "none, it answers " + client_->toggleMute();
+        } catch (const std::runtime_error& failure) {
+            return failure.what();
+        }
     }
 
     std::string complaint() {
-        return asked([this]() -> std::string {
-            try {
-                return "it answers " + client_->toggleMute();
-            } catch (const std::runtime_error& failure) {
-                return failure.what();
-            }
-        });
+        return askedAside([this] { return complaintOfClient(); });
     }
 
     std::optional<PrivateBus> bus_;
@@ -62,16 +68,17 @@ protected:
 
 TEST_F(IntentClientTest, IsAnsweredWithTheLineOfTheIntent) {
     offer();
-    EXPECT_EQ(asked([&] { return client_->setVolume(-5); }), "Volume set to -5");
-    EXPECT_EQ(asked([&] { return client_->setVolume(std::nullopt); }), "Volume set to what holds");
-    EXPECT_EQ(asked([&] { return client_->toggleMute(); }), "All audio muted");
-    EXPECT_EQ(asked([&] { return client_->listAudioApps(); }), "Playing: Müsik, ♫");
+    EXPECT_EQ(askedAside([&] { return client_->setVolume(-5); }), "Volume set to -5");
+    EXPECT_EQ(askedAside([&] { return client_->setVolume(std::nullopt); }),
+              "Volume set to what holds");
+    EXPECT_EQ(askedAside([&] { return client_->toggleMute(); }), "All audio muted");
+    EXPECT_EQ(askedAside([&] { return client_->listAudioApps(); }), "Playing: Müsik, ♫");
     EXPECT_THAT(offered_.volumes, ElementsAre(-5, std::nullopt));
 }
 
 TEST_F(IntentClientTest, IsToldOfEveryShortcutAsItIs) {
     offer();
-    EXPECT_EQ(asked([&] { return client_->listShortcuts(); }), OfferedIntents::shortcuts());
+    EXPECT_EQ(askedAside([&] { return client_->listShortcuts(); }), OfferedIntents::shortcuts());
 }
 
 TEST_F(IntentClientTest, SaysThatNobodyRuns) {
@@ -87,6 +94,17 @@ TEST_F(IntentClientTest, SaysWhyItIsRefused) {
     // Has the name, and no intents.
     ASSERT_TRUE((*own_)->registerService(kOfferedName));
     EXPECT_THAT(complaint(), testing::StartsWith("Orvanta refuses: "));
+}
+
+TEST_F(IntentClientTest, SaysThatTheProgramDoesNotAnswer) {
+    SilentProgram silent;
+    ASSERT_TRUE((*own_)->registerVirtualObject(QStringLiteral("/com/meridane/orvanta"), &silent));
+    ASSERT_TRUE((*own_)->registerService(kOfferedName));
+    auto said = std::async(std::launch::async, [this] { return complaintOfClient(); });
+    EXPECT_TRUE(eventuallyInEventLoop(Seconds(20), [&] { return silent.isAsked; }));
+    // The bus knows at once that no answer will come from who has gone.
+    own_.reset();
+    EXPECT_EQ(said.get(), "Orvanta runs, but does not answer");
 }
 
 } // namespace
