@@ -26,7 +26,7 @@ protected:
 
     ~Intents() override { OrvantaIntentBridge::shared.reset(); }
 
-    void showPanel() { OrvantaIntentBridge::panelAppeared(rig_.model); }
+    void showPanel() const { OrvantaIntentBridge::panelAppeared(rig_.model); }
 
     [[nodiscard]] float masterVolume() const { return rig_.model->masterVolume.get(); }
 
