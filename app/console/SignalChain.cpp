@@ -14,7 +14,7 @@ namespace {
 /// Nearer to the middle a balance does nothing worth showing.
 constexpr float kCentre = 0.05F;
 /// Below it a volume is told as none.
-constexpr float kSilence = 0.005F;
+constexpr float kInaudible = 0.005F;
 constexpr float kUnityWidth = 1.0F;
 constexpr float kNoticeable = 0.01F;
 
@@ -38,7 +38,7 @@ std::string compressorValue(const CompressorPreset& preset) {
 }
 
 std::string chainVolume(float volume) {
-    return consoleText::volumeReadOut(volume < kSilence ? 0.0F : volume);
+    return consoleText::volumeReadOut(volume < kInaudible ? 0.0F : volume);
 }
 
 SignalFlowStep litStep(std::string_view label, std::string_view color, bool isLit) {
