@@ -7,7 +7,7 @@
 namespace orvanta {
 namespace {
 
-/// From the canvas's lower edge up to what the labels stand on.
+/// From the lower end of the scale up to the middle of the labels.
 constexpr double kLabelRise = 4.0;
 
 EQCurve curveOf(double canvasHeight) {
@@ -29,8 +29,8 @@ double EQCurveScale::gainY(double gain, double canvasHeight) {
     return EQCurve::padding + curveOf(canvasHeight).y(gain);
 }
 
-double EQCurveScale::labelBaseline(double canvasHeight) {
-    return canvasHeight - kLabelRise;
+double EQCurveScale::labelY(double canvasHeight) {
+    return EQCurve::padding + curveOf(canvasHeight).height - kLabelRise;
 }
 
 double EQCurveScale::gainAt(double y, double canvasHeight) {

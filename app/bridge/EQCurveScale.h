@@ -18,8 +18,8 @@ public:
     /// Of a band by its number, on a canvas of this width.
     Q_INVOKABLE [[nodiscard]] static double bandX(int band, double canvasWidth);
     Q_INVOKABLE [[nodiscard]] static double gainY(double gain, double canvasHeight);
-    /// Of the bands' labels: in the padding, where the curve does not come.
-    Q_INVOKABLE [[nodiscard]] static double labelBaseline(double canvasHeight);
+    /// Of the middle of the bands' labels.
+    Q_INVOKABLE [[nodiscard]] static double labelY(double canvasHeight);
     /// What a drag to `y` of the canvas sets.
     Q_INVOKABLE [[nodiscard]] static double gainAt(double y, double canvasHeight);
     /// Whether the band has no part in the response.

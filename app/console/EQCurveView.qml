@@ -54,7 +54,7 @@ Item {
 
             Text {
                 x: -width / 2
-                y: EQCurveScale.labelBaseline(view.height) - baselineOffset
+                y: EQCurveScale.labelY(view.height) - height / 2
                 text: band.modelData.label
                 color: Theme.text1
                 opacity: Theme.textOpacity(0.5)

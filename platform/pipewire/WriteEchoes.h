@@ -20,13 +20,16 @@ struct MetadataValue {
 };
 
 /// Our own writes to one metadata object of which the server has not told us yet. It tells of every
-/// write in their order, so that what it says of an earlier one of ours is out of date while a
+/// change in their order, so that what it says of an earlier one of ours is out of date while a
 /// later one is still on its way.
 class WriteEchoes {
 public:
     /// A write that changes the value, which the server will tell of; empty when it removes it.
     void expect(std::uint32_t subject, const std::string& key, const MetadataValue& value) {
-        awaited_[{subject, key}].push_back(value);
+        auto& values = awaited_[{subject, key}];
+        // Of the same twice in a row the server tells once.
+        if (values.empty() || values.back() != value)
+            values.push_back(value);
     }
 
     /// The server tells of this value: whether a later write of ours will replace it. A value that

@@ -20,8 +20,9 @@ std::string sentence(const QDBusMessage& error) {
     const QDBusError::ErrorType type = QDBusError(error).type();
     if (error.errorName() == kNobody || type == QDBusError::ServiceUnknown)
         return "Orvanta does not run in this session";
-    if (type == QDBusError::NoReply || type == QDBusError::Timeout)
-        return "Orvanta runs, but does not answer";
+    if (type == QDBusError::NoReply || type == QDBusError::Timeout ||
+        type == QDBusError::Disconnected)
+        return "Orvanta does not answer";
     return "Orvanta refuses: " + error.errorMessage().toStdString();
 }
 
@@ -62,8 +63,10 @@ QVariant IntentClient::ask(const QString& method, const QVariantList& arguments)
     // To bind a key to the mixer is no reason to start it.
     question.setAutoStartService(false);
     const QDBusMessage answer = bus_.call(question, QDBus::Block, kAnswerBoundMs);
-    if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().size() != 1)
+    if (answer.type() != QDBusMessage::ReplyMessage)
         throw std::runtime_error(sentence(answer));
+    if (answer.arguments().size() != 1)
+        throw std::runtime_error("Orvanta answers with something else");
     return answer.arguments().front();
 }
 

@@ -71,16 +71,19 @@ IntentService::IntentService(QDBusConnection sessionBus, QString name, SystemLog
       logger_(log, "automation"),
       intents_(std::move(intents)) {
     registerIntentShortcutRecords();
-    if (!bus_.isConnected())
+    if (!bus_.isConnected()) {
         logger_.error("No automation: there is no session bus");
-    else if (!bus_.registerVirtualObject(intents::kPath, this))
+    } else if (!bus_.registerVirtualObject(intents::kPath, this)) {
         logger_.error("No automation: its place on the session bus is taken");
-    else
+    } else {
+        isOffered_ = true;
         takeName();
+    }
 }
 
 IntentService::~IntentService() {
-    if (!bus_.isConnected())
+    // What is in its place otherwise is somebody else's.
+    if (!isOffered_ || !bus_.isConnected())
         return;
     bus_.unregisterObject(intents::kPath);
     bus_.unregisterService(name_);

@@ -56,6 +56,7 @@ private:
     QDBusConnection bus_;
     const QString name_;
     const Logger logger_;
+    bool isOffered_ = false;
     const Intents intents_;
 };
 

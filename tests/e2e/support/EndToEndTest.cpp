@@ -15,9 +15,6 @@ namespace orvanta::test {
 
 namespace {
 
-/// A shared machine may be busy with others for a while.
-constexpr std::chrono::seconds mostTime{40};
-
 bool isUnbroken(const std::vector<float>& channel) {
     const auto sounds = [](float sample) {
         return sample != 0.0F;
@@ -115,7 +112,7 @@ Capture EndToEndTest::recordUndisturbed(std::uint32_t playbackNode, const std::s
 
 Capture EndToEndTest::recordUndisturbed(const std::vector<std::uint32_t>& ports,
                                         std::size_t programs, std::size_t frames) const {
-    const auto end = std::chrono::steady_clock::now() + mostTime;
+    const auto end = std::chrono::steady_clock::now() + mostRecordingTime;
     do {
         AlignedRecorder recorder(graph(), ports.size());
         recorder.listen(0, ports);

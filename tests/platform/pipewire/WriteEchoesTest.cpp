@@ -36,6 +36,15 @@ TEST(WriteEchoes, AreNotWhatAnotherProgramWrites) {
     EXPECT_FALSE(echoes.isOutdated(7, "target", kTap));
 }
 
+TEST(WriteEchoes, ComeOnceForAWriteThatIsRepeatedAgainstAnotherProgram) {
+    WriteEchoes echoes;
+    echoes.expect(7, "target", kTap);
+    EXPECT_FALSE(echoes.isOutdated(7, "target", kSpeakers));
+    echoes.expect(7, "target", kTap);
+    EXPECT_FALSE(echoes.isOutdated(7, "target", kTap));
+    EXPECT_FALSE(echoes.isOutdated(7, "target", kTap)) << "nothing is waited for any more";
+}
+
 TEST(WriteEchoes, OfOtherKeysAndObjectsAreWaitedForApart) {
     WriteEchoes echoes;
     echoes.expect(7, "target", kTap);

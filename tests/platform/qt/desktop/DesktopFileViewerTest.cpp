@@ -45,6 +45,15 @@ public:
         return true;
     }
 
+    /// How it answers when it is asked whether it is there.
+    [[nodiscard]] QDBusMessage::MessageType ping(const QDBusConnection& asker) {
+        return asker
+            .call(QDBusMessage::createMethodCall(connection_->baseService(), QStringLiteral("/"),
+                                                 QStringLiteral("org.freedesktop.DBus.Peer"),
+                                                 QStringLiteral("Ping")))
+            .type();
+    }
+
     std::vector<std::string> shown;
     bool refuses = false;
 
@@ -121,6 +130,8 @@ TEST_F(DesktopFileViewerTest, OpensNothingAfterItsEnd) {
     viewer_->activateFileViewerSelecting("/music/Recordings/Vinyl_1.wav");
     viewer_.reset();
     EXPECT_TRUE(eventuallyInEventLoop(kAnswerBound, [&] { return !manager.shown.empty(); }));
+    // What it said before is here when this answer is.
+    EXPECT_EQ(manager.ping(**own_), QDBusMessage::ReplyMessage);
     EXPECT_TRUE(eventLoopComesToRest());
     EXPECT_THAT(opened_, IsEmpty());
 }

@@ -4,8 +4,8 @@
 /// Of the sanitizer's interface: found by its name when the program starts. Qt, GLib and libdbus
 /// have a bus thread and event queues that synchronise by futexes of their own. Only what these
 /// libraries themselves call is passed over, not what our code does when they call it; and values
-/// in a message, which Qt's bus thread lets go when the message is sent, and listeners, which that
-/// thread disconnects when the bus goes.
+/// in a message, which Qt's bus thread lets go when the message is sent, and disconnecting, which
+/// that thread does to listeners when the bus goes.
 extern "C" const char* __tsan_default_suppressions();
 
 extern "C" const char* __tsan_default_suppressions() {
